@@ -1,0 +1,110 @@
+# The few kinds of things that this project builds. Every folder of the project
+# uses these functions and nothing else, so that a flag has one place.
+#
+#   hivesweep_library(NAME SOURCES file... [USES target...])
+#   hivesweep_program(NAME SOURCES file... [USES target...])
+#   hivesweep_test(NAME SOURCES file... [USES target...]
+#                  [WINDOWS_ONLY | NATIVE_ONLY] [TIMEOUT seconds])
+#   hivesweep_bench(NAME SOURCES file... [USES target...] [WINDOWS])
+#
+# Includes are written from the top of the project: #include "platform/Registry.h".
+# Which files belong to which system is a list in the folder's CMakeLists.txt:
+#   if(HIVESWEEP_WINDOWS) ... else() ... endif()
+
+function(_hivesweep_target name visibility)
+  target_link_libraries(${name} PRIVATE hivesweep_own_code)
+  if(ARGN)
+    target_link_libraries(${name} ${visibility} ${ARGN})
+  endif()
+  if(HIVESWEEP_TIDY)
+    set_target_properties(${name} PROPERTIES CXX_CLANG_TIDY "${HIVESWEEP_TIDY}")
+    # A new rule is a reason to look at every file again.
+    set_property(SOURCE ${_SOURCES} APPEND PROPERTY OBJECT_DEPENDS
+                 ${CMAKE_SOURCE_DIR}/.clang-tidy)
+  endif()
+endfunction()
+
+# Fails at configuring, where the mistake is: a mistyped word would otherwise
+# become a source file or vanish.
+macro(_hivesweep_arguments kind flags values)
+  cmake_parse_arguments(PARSE_ARGV 1 "" "${flags}" "${values}" "SOURCES;USES")
+  if(_UNPARSED_ARGUMENTS OR NOT _SOURCES)
+    message(FATAL_ERROR "${kind}(${name}): SOURCES missing, or not understood: ${_UNPARSED_ARGUMENTS}")
+  endif()
+endmacro()
+
+# A folder of the project: a static library, what it uses is used by its users.
+function(hivesweep_library name)
+  _hivesweep_arguments(hivesweep_library "" "")
+  add_library(${name} STATIC ${_SOURCES})
+  _hivesweep_target(${name} PUBLIC ${_USES})
+endfunction()
+
+# A program that is shipped. On Windows it carries a version resource and a
+# manifest, is stripped, and the 32-bit one may import only what Windows 2000 has.
+# HIVESWEEP_VERSION is there for its --version.
+function(hivesweep_program name)
+  _hivesweep_arguments(hivesweep_program "" "")
+  add_executable(${name} ${_SOURCES})
+  _hivesweep_target(${name} PRIVATE ${_USES})
+  target_compile_definitions(${name} PRIVATE "HIVESWEEP_VERSION=\"${PROJECT_VERSION}\"")
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+  if(NOT HIVESWEEP_WINDOWS)
+    return()
+  endif()
+
+  set(HIVESWEEP_PROGRAM ${name})
+  set(resource ${CMAKE_CURRENT_BINARY_DIR}/${name}.rc)
+  configure_file(${CMAKE_SOURCE_DIR}/cmake/program.rc.in ${resource} @ONLY)
+  target_sources(${name} PRIVATE ${resource})
+  set_property(SOURCE ${resource} PROPERTY OBJECT_DEPENDS ${CMAKE_SOURCE_DIR}/cmake/program.manifest)
+  target_link_options(${name} PRIVATE -s)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    add_test(NAME imports-${name}
+             COMMAND ${CMAKE_SOURCE_DIR}/rig/check_imports.sh
+                     ${CMAKE_SOURCE_DIR}/rig/imports-w2k.txt $<TARGET_FILE:${name}>)
+  endif()
+endfunction()
+
+# One GoogleTest program and one ctest entry: starting a program under Wine costs
+# more than a hundred test cases, so they stay together. The cases' results go to
+# results/NAME.json, from where the summary of "./dev test" takes its numbers.
+function(hivesweep_test name)
+  _hivesweep_arguments(hivesweep_test "WINDOWS_ONLY;NATIVE_ONLY" "TIMEOUT")
+  if((_WINDOWS_ONLY AND NOT HIVESWEEP_WINDOWS) OR (_NATIVE_ONLY AND HIVESWEEP_WINDOWS))
+    return()
+  endif()
+  if(NOT _TIMEOUT)
+    set(_TIMEOUT 120)
+  endif()
+  add_executable(${name} ${_SOURCES})
+  _hivesweep_target(${name} PRIVATE ${_USES} hivesweep_gtest)
+  set(results ${CMAKE_BINARY_DIR}/results/${name}.json)
+  if(HIVESWEEP_WINDOWS)
+    string(PREPEND results "Z:") # Wine's name for the root of this machine's files
+    target_link_options(${name} PRIVATE -s)
+  endif()
+  add_test(NAME ${name} COMMAND ${name} --gtest_output=json:${results})
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${_TIMEOUT})
+  if(HIVESWEEP_SANITIZE)
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT
+      "ASAN_OPTIONS=detect_stack_use_after_return=1:strict_string_checks=1;UBSAN_OPTIONS=print_stacktrace=1")
+  endif()
+endfunction()
+
+# A program that measures: on this machine, or (WINDOWS) under Wine. The target
+# "bench" runs them one after the other, when all are built.
+add_custom_target(bench-programs)
+add_custom_target(bench)
+function(hivesweep_bench name)
+  _hivesweep_arguments(hivesweep_bench "WINDOWS" "")
+  if((_WINDOWS AND NOT HIVESWEEP_WINDOWS) OR (HIVESWEEP_WINDOWS AND NOT _WINDOWS))
+    return()
+  endif()
+  add_executable(${name} ${_SOURCES})
+  _hivesweep_target(${name} PRIVATE ${_USES})
+  add_custom_target(run-${name} COMMAND ${name} USES_TERMINAL COMMENT "${name}")
+  add_dependencies(bench-programs ${name})
+  add_dependencies(run-${name} bench-programs)
+  add_dependencies(bench run-${name})
+endfunction()

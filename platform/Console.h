@@ -1,0 +1,34 @@
+// What a console program needs of the system that runs it.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace hivesweep {
+
+enum class TConsoleStream { Output, Error };
+
+// The program's arguments without its own name, in UTF-8. On Windows they are
+// taken from the system, which keeps all letters; elsewhere from Count and Values.
+std::vector<std::string> ConsoleArguments(int Count, char **Values);
+
+// Writes UTF-8. A terminal gets characters, a file or pipe the bytes as they
+// stand. False when it could not be written.
+bool ConsoleWrite(TConsoleStream Stream, std::string_view Utf8);
+
+bool IsTerminal(TConsoleStream Stream);
+
+// The width in characters of the terminal behind the stream. Elsewhere the
+// environment's COLUMNS, else 0: not known.
+int TerminalWidth(TConsoleStream Stream);
+
+// From now on Ctrl+C only sets a flag (a second one ends the program).
+void CatchInterrupt();
+bool WasInterrupted();
+
+// Milliseconds since some moment; for measuring how long something takes.
+std::uint64_t MillisecondTicks();
+
+} // namespace hivesweep

@@ -1,0 +1,28 @@
+// Whole files on the disk of the system that runs the program, named in UTF-16.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace hivesweep {
+
+// Empty: it went well. Else why not, in words: "No such file or directory".
+using TDiskError = std::u16string;
+
+TDiskError ReadWholeFile(std::u16string_view Path, std::string &Out);
+
+// The file is complete under its name or it is what it was before: it is written
+// under another name in the same folder and then renamed. One that is marked
+// read-only is not replaced.
+TDiskError WriteWholeFile(std::u16string_view Path, std::string_view Bytes);
+
+// Empty when there is a folder of that name. Else why not.
+TDiskError CheckFolder(std::u16string_view Path);
+
+// The path made absolute, from the current folder.
+std::u16string AbsolutePath(std::u16string_view Path);
+
+// Two parts of a path put together with the system's own separator.
+std::u16string JoinPath(std::u16string_view Folder, std::u16string_view Name);
+
+} // namespace hivesweep

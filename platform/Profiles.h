@@ -1,0 +1,53 @@
+// The settings family of the seam: INI files, read and written by path. Nothing
+// is kept between calls. Section and key names are matched without regard to
+// case; the first section and the first key of a name count. Paths are absolute.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace hivesweep {
+
+// Tells one state of a file from another. Opaque: only equality means something.
+struct TFileStamp {
+  std::uint64_t Modified = 0;
+  std::uint64_t Created = 0;
+  std::uint64_t Size = 0;
+  bool operator==(const TFileStamp &) const = default;
+};
+
+class TProfiles {
+public:
+  TProfiles() = default;
+  TProfiles(const TProfiles &) = delete;
+  TProfiles &operator=(const TProfiles &) = delete;
+  virtual ~TProfiles() = default;
+
+  // The key's text, without blanks and one pair of quotes around it; Default when
+  // the file, the section or the key is missing.
+  virtual std::u16string ReadString(std::u16string_view Path, std::u16string_view Section,
+                                    std::u16string_view Key, std::u16string_view Default) = 0;
+
+  // The names of the section's keys, in file order.
+  virtual std::vector<std::u16string> KeyNames(std::u16string_view Path,
+                                               std::u16string_view Section) = 0;
+
+  // The section's lines, "name=value", in file order, doubles included.
+  virtual std::vector<std::u16string> Lines(std::u16string_view Path,
+                                            std::u16string_view Section) = 0;
+
+  // The file's stamp: while it is equal to an earlier one, so is the content.
+  // Nothing when that can't be promised, because the file was changed so shortly
+  // ago that another change could leave the same stamp. A missing file has a
+  // stamp too.
+  virtual std::optional<TFileStamp> Stamp(std::u16string_view Path) = 0;
+};
+
+// The text as a whole number, as settings store switches; Default when it is none.
+int ReadInteger(TProfiles &Profiles, std::u16string_view Path, std::u16string_view Section,
+                std::u16string_view Key, int Default);
+
+} // namespace hivesweep

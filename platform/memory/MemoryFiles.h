@@ -1,0 +1,43 @@
+// The drives and files of a machine in memory.
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "platform/Drives.h"
+#include "platform/FileSystem.h"
+#include "platform/memory/Faults.h"
+#include "platform/memory/Machine.h"
+
+namespace hivesweep {
+
+// Looks paths up as the disk of the described machine would, with the other
+// system folder that a 32-bit program on a 64-bit machine is shown.
+class TMemoryFiles final : public TFileSystem {
+public:
+  TMemoryFiles(const TMachine &Machine, TFaults *Faults);
+
+  TPathState Look(std::u16string_view Path) override;
+  bool List(std::u16string_view Folder,
+            const std::function<bool(const TFolderEntry &Entry)> &Take) override;
+  bool CreateFolder(std::u16string_view Path) override;
+  void *DisableRedirection() override;
+  void RevertRedirection(void *Saved) override;
+
+private:
+  struct TEntry {
+    TPathState State = TPathState::Folder;
+    std::u16string Name; // the path's last part as it was first spelled
+  };
+
+  std::u16string Resolve(std::u16string_view Path) const;
+  void Add(std::u16string_view Path, TPathState State);
+
+  std::map<std::u16string, TEntry, TNameLess> Entries_; // by the path in lookup form
+  std::map<char16_t, TDriveType> Drives_;
+  std::u16string WinDir_;
+  bool Redirecting_;
+  TFaults *Faults_;
+};
+
+} // namespace hivesweep

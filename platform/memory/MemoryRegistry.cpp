@@ -1,0 +1,346 @@
+#include "platform/memory/MemoryRegistry.h"
+
+#include <algorithm>
+#include <array>
+#include <list>
+#include <map>
+#include <string>
+#include <utility>
+
+#include "platform/Text.h"
+#include "platform/memory/RegistryText.h"
+
+namespace hivesweep {
+
+namespace {
+
+struct TNode;
+using TNodePtr = std::shared_ptr<TNode>;
+
+struct TStoredValue {
+  std::u16string Name;
+  TRegType Type = TRegType::None;
+  std::vector<std::byte> Bytes;
+};
+
+// One key. Handles share it, so that a handle to a deleted key can tell so.
+struct TNode {
+  bool Gone = false;
+  bool Denied = false;
+  bool SpellingImplied = false; // no text has named it yet, only a path through it
+  std::map<std::u16string, TNodePtr, TNameLess> Subkeys;
+  std::list<TStoredValue> Values; // in the order of their making
+  std::map<std::u16string, std::list<TStoredValue>::iterator, TNameLess> ValueIndex;
+
+  const TStoredValue *FindValue(std::u16string_view Name) const {
+    const auto Found = ValueIndex.find(Name);
+    return Found == ValueIndex.end() ? nullptr : &*Found->second;
+  }
+  TNodePtr FindSubkey(std::u16string_view Name) const {
+    const auto Found = Subkeys.find(Name);
+    return Found == Subkeys.end() ? nullptr : Found->second;
+  }
+};
+
+// The first part of a path and what follows it.
+std::pair<std::u16string_view, std::u16string_view> SplitFirst(std::u16string_view Path) {
+  const std::size_t End = Path.find(u'\\');
+  if (End == std::u16string_view::npos)
+    return {Path, {}};
+  return {Path.substr(0, End), Path.substr(End + 1)};
+}
+
+TNodePtr FindNode(TNodePtr Node, std::u16string_view Path) {
+  while (Node && !Path.empty()) {
+    const auto [Name, Rest] = SplitFirst(Path);
+    Node = Node->FindSubkey(Name);
+    Path = Rest;
+  }
+  return Node;
+}
+
+// Makes what is missing of the path. A name that was only implied so far takes
+// the spelling of a text that names it.
+TNodePtr MakeNode(TNodePtr Node, std::u16string_view Path, bool Implied) {
+  while (!Path.empty()) {
+    const auto [Name, Rest] = SplitFirst(Path);
+    auto Found = Node->Subkeys.find(Name);
+    if (Found == Node->Subkeys.end()) {
+      Found = Node->Subkeys.emplace(Name, std::make_shared<TNode>()).first;
+      Found->second->SpellingImplied = Implied;
+    } else if (Found->second->SpellingImplied && !Implied) {
+      Found->second->SpellingImplied = false;
+      auto Handle = Node->Subkeys.extract(Found);
+      Handle.key() = Name;
+      Found = Node->Subkeys.insert(std::move(Handle)).position;
+    }
+    Node = Found->second;
+    Path = Rest;
+  }
+  return Node;
+}
+
+void MarkGone(TNode &Top) {
+  std::vector<TNode *> Waiting = {&Top};
+  while (!Waiting.empty()) {
+    TNode *Node = Waiting.back();
+    Waiting.pop_back();
+    Node->Gone = true;
+    for (const auto &[Name, Subkey] : Node->Subkeys)
+      Waiting.push_back(Subkey.get());
+  }
+}
+
+TRegStatus DeleteNode(const TNodePtr &Base, std::u16string_view Path) {
+  const std::size_t LastBreak = Path.rfind(u'\\');
+  const bool Deep = LastBreak != std::u16string_view::npos;
+  const TNodePtr Parent = Deep ? FindNode(Base, Path.substr(0, LastBreak)) : Base;
+  if (!Parent)
+    return TRegStatus::NotFound;
+  const auto Found = Parent->Subkeys.find(Deep ? Path.substr(LastBreak + 1) : Path);
+  if (Found == Parent->Subkeys.end())
+    return TRegStatus::NotFound;
+  if (Found->second->Denied)
+    return TRegStatus::Denied;
+  MarkGone(*Found->second);
+  Parent->Subkeys.erase(Found);
+  return TRegStatus::Ok;
+}
+
+void StoreValue(TNode &Node, std::u16string_view Name, TRegType Type,
+                std::span<const std::byte> Bytes) {
+  const auto Found = Node.ValueIndex.find(Name);
+  if (Found != Node.ValueIndex.end()) {
+    Found->second->Type = Type;
+    Found->second->Bytes.assign(Bytes.begin(), Bytes.end());
+    return;
+  }
+  Node.Values.push_back({std::u16string(Name), Type, {Bytes.begin(), Bytes.end()}});
+  Node.ValueIndex.emplace(Name, std::prev(Node.Values.end()));
+}
+
+TRegStatus DropValue(TNode &Node, std::u16string_view Name) {
+  const auto Found = Node.ValueIndex.find(Name);
+  if (Found == Node.ValueIndex.end())
+    return TRegStatus::NotFound;
+  Node.Values.erase(Found->second);
+  Node.ValueIndex.erase(Found);
+  return TRegStatus::Ok;
+}
+
+bool Addressable(std::u16string_view Name) { return !Contains(Name, u'\0'); }
+
+// An open key: one node, or for the classes root the user's and the machine's,
+// the first over the second.
+class TMemoryRegKey final : public TRegKey {
+public:
+  TMemoryRegKey(std::vector<TNodePtr> Layers, TRegAccess Access, TFaults *Faults)
+      : Layers_(std::move(Layers)), Access_(Access), Faults_(Faults) {}
+
+  TRegOpened Open(std::u16string_view Path, TRegAccess Access) override {
+    if (!Addressable(Path) || Broken())
+      return {TRegStatus::Failed, nullptr};
+    std::vector<TNodePtr> Found;
+    for (const TNodePtr &Layer : Layers_)
+      if (TNodePtr Node = FindNode(Layer, Path); Node && !Node->Gone)
+        Found.push_back(std::move(Node));
+    if (Found.empty())
+      return {TRegStatus::NotFound, nullptr};
+    if (Found.front()->Denied)
+      return {TRegStatus::Denied, nullptr};
+    return {TRegStatus::Ok, std::make_unique<TMemoryRegKey>(std::move(Found), Access, Faults_)};
+  }
+
+  TRegStatus Counts(TRegCounts &Out) override {
+    Out = {};
+    if (const TRegStatus Status = Check(); Status != TRegStatus::Ok)
+      return Status;
+    ForEachSubkey([&](std::u16string_view) { ++Out.Subkeys; });
+    ForEachValue([&](const TStoredValue &) { ++Out.Values; });
+    return TRegStatus::Ok;
+  }
+
+  TRegStatus SubkeyNames(std::vector<std::u16string> &Out) override {
+    Out.clear();
+    if (const TRegStatus Status = Check(); Status != TRegStatus::Ok)
+      return Status;
+    ForEachSubkey([&](std::u16string_view Name) { Out.emplace_back(Name); });
+    return TRegStatus::Ok;
+  }
+
+  TRegStatus Values(TRegValueList &Out) override {
+    Out.Clear();
+    if (const TRegStatus Status = Check(); Status != TRegStatus::Ok)
+      return Status;
+    ForEachValue([&](const TStoredValue &Value) { Out.Add(Value.Name, Value.Type, Value.Bytes); });
+    return TRegStatus::Ok;
+  }
+
+  TRegStatus Read(std::u16string_view Name, TRegValue &Out) override {
+    Out.Assign(TRegType::None, {});
+    if (!Addressable(Name))
+      return TRegStatus::Failed;
+    if (const TRegStatus Status = Check(); Status != TRegStatus::Ok)
+      return Status;
+    for (const TNodePtr &Layer : Layers_) {
+      if (const TStoredValue *Value = Layer->FindValue(Name)) {
+        Out.Assign(Value->Type, Value->Bytes);
+        return TRegStatus::Ok;
+      }
+    }
+    return TRegStatus::NotFound;
+  }
+
+  TRegStatus DeleteValue(std::u16string_view Name) override {
+    if (!Addressable(Name))
+      return TRegStatus::Failed;
+    if (const TRegStatus Status = Check(); Status != TRegStatus::Ok)
+      return Status;
+    if (Access_ != TRegAccess::Full)
+      return TRegStatus::Denied;
+    return FirstLayer([&](const TNodePtr &Layer) { return DropValue(*Layer, Name); });
+  }
+
+  TRegStatus DeleteTree(std::u16string_view Path) override {
+    if (Path.empty() || !Addressable(Path))
+      return TRegStatus::Failed;
+    if (const TRegStatus Status = Check(); Status != TRegStatus::Ok)
+      return Status;
+    return FirstLayer([&](const TNodePtr &Layer) { return DeleteNode(Layer, Path); });
+  }
+
+private:
+  bool Broken() { return Faults_ && Faults_->Next(); }
+
+  TRegStatus Check() {
+    if (Broken())
+      return TRegStatus::Failed;
+    return Layers_.front()->Gone ? TRegStatus::NotFound : TRegStatus::Ok;
+  }
+
+  // Tries the layers in turn until one has what is asked for.
+  template <typename TTry> TRegStatus FirstLayer(TTry Try) {
+    for (const TNodePtr &Layer : Layers_)
+      if (const TRegStatus Status = Try(Layer); Status != TRegStatus::NotFound)
+        return Status;
+    return TRegStatus::NotFound;
+  }
+
+  template <typename TVisit> void ForEachSubkey(TVisit Visit) const {
+    if (Layers_.size() == 1) {
+      for (const auto &[Name, Node] : Layers_[0]->Subkeys)
+        Visit(Name);
+      return;
+    }
+    std::map<std::u16string_view, int, TNameLess> Names;
+    for (const TNodePtr &Layer : Layers_)
+      for (const auto &[Name, Node] : Layer->Subkeys)
+        Names.emplace(Name, 0);
+    for (const auto &[Name, Unused] : Names)
+      Visit(Name);
+  }
+
+  template <typename TVisit> void ForEachValue(TVisit Visit) const {
+    for (std::size_t Index = 0; Index < Layers_.size(); ++Index)
+      for (const TStoredValue &Value : Layers_[Index]->Values)
+        if (Index == 0 || !Layers_[0]->FindValue(Value.Name))
+          Visit(Value);
+  }
+
+  std::vector<TNodePtr> Layers_;
+  TRegAccess Access_;
+  TFaults *Faults_;
+};
+
+// Takes a text in without touching anything: it is read for its faults alone.
+class TCheckReader final : public TRegistryTextReader {
+  void OnKey(std::u16string_view) override {}
+  void OnDeleteKey(std::u16string_view) override {}
+  void OnValue(std::u16string_view, TRegType, std::span<const std::byte>) override {}
+  void OnDeleteValue(std::u16string_view) override {}
+};
+
+constexpr std::u16string_view ClassesPath = u"Software\\Classes";
+
+} // namespace
+
+struct TMemoryRegistry::TTrees {
+  std::map<std::u16string, TNodePtr, TNameLess> Roots; // by their names
+
+  TNodePtr Root(std::u16string_view Name) {
+    TNodePtr &Node = Roots[std::u16string(Name)];
+    if (!Node)
+      Node = std::make_shared<TNode>();
+    return Node;
+  }
+
+  // Where a text that names this key puts it.
+  TNodePtr Home(std::u16string_view RootName) {
+    if (!EqualNoCase(RootName, RegRootName(TRegRoot::ClassesRoot)))
+      return Root(RootName);
+    return MakeNode(Root(RegRootName(TRegRoot::LocalMachine)), ClassesPath, true);
+  }
+};
+
+namespace {
+
+template <typename TTreesType> class TLoadReader final : public TRegistryTextReader {
+public:
+  explicit TLoadReader(TTreesType &Trees) : Trees_(Trees) {}
+
+  void OnKey(std::u16string_view KeyPath) override {
+    const auto [Root, Path] = SplitFirst(KeyPath);
+    Current_ = MakeNode(Trees_.Home(Root), Path, false);
+  }
+  void OnDeleteKey(std::u16string_view KeyPath) override {
+    const auto [Root, Path] = SplitFirst(KeyPath);
+    DeleteNode(Trees_.Home(Root), Path);
+  }
+  void OnValue(std::u16string_view Name, TRegType Type, std::span<const std::byte> Bytes) override {
+    StoreValue(*Current_, Name, Type, Bytes);
+  }
+  void OnDeleteValue(std::u16string_view Name) override { DropValue(*Current_, Name); }
+
+private:
+  TTreesType &Trees_;
+  TNodePtr Current_;
+};
+
+} // namespace
+
+TMemoryRegistry::TMemoryRegistry(TFaults *Faults)
+    : Trees_(std::make_unique<TTrees>()), Faults_(Faults) {}
+
+TMemoryRegistry::~TMemoryRegistry() = default;
+
+std::optional<TTextError> TMemoryRegistry::LoadText(std::string_view Bytes) {
+  TCheckReader Check;
+  if (auto Error = ReadRegistryText(Bytes, Check))
+    return Error;
+  TLoadReader Load(*Trees_);
+  return ReadRegistryText(Bytes, Load);
+}
+
+bool TMemoryRegistry::Deny(std::u16string_view KeyPath) {
+  const auto [Root, Path] = SplitFirst(KeyPath);
+  const TNodePtr Node = FindNode(Trees_->Home(Root), Path);
+  if (Node)
+    Node->Denied = true;
+  return Node != nullptr;
+}
+
+TRegOpened TMemoryRegistry::Open(TRegRoot Root, std::u16string_view Path, TRegAccess Access) {
+  std::vector<TNodePtr> Layers;
+  if (Root == TRegRoot::ClassesRoot) {
+    for (const TRegRoot Owner : {TRegRoot::CurrentUser, TRegRoot::LocalMachine})
+      if (TNodePtr Classes = FindNode(Trees_->Root(RegRootName(Owner)), ClassesPath))
+        Layers.push_back(std::move(Classes));
+  } else {
+    Layers.push_back(Trees_->Root(RegRootName(Root)));
+  }
+  if (Layers.empty())
+    return {TRegStatus::NotFound, nullptr};
+  return TMemoryRegKey(std::move(Layers), Access, Faults_).Open(Path, Access);
+}
+
+} // namespace hivesweep

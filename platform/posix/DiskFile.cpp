@@ -1,0 +1,137 @@
+#include "platform/DiskFile.h"
+
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/Text.h"
+
+namespace hivesweep {
+
+namespace {
+
+TDiskError ErrorText(int Error) { return FromUtf8(std::strerror(Error)); }
+
+// A file's descriptor; closes it.
+class TDescriptor {
+public:
+  explicit TDescriptor(int Number) : Number_(Number) {}
+  TDescriptor(const TDescriptor &) = delete;
+  TDescriptor &operator=(const TDescriptor &) = delete;
+  ~TDescriptor() {
+    if (IsOpen())
+      close(Number_);
+  }
+
+  bool IsOpen() const { return Number_ >= 0; }
+  int Get() const { return Number_; }
+  // Some systems report only here that the disk was full.
+  bool Close() { return close(std::exchange(Number_, -1)) == 0; }
+
+private:
+  int Number_;
+};
+
+bool WriteAll(int File, std::string_view Bytes) {
+  while (!Bytes.empty()) {
+    const ssize_t Written = write(File, Bytes.data(), Bytes.size());
+    if (Written < 0 && errno == EINTR)
+      continue;
+    if (Written < 0)
+      return false;
+    Bytes.remove_prefix(static_cast<std::size_t>(Written));
+  }
+  return fsync(File) == 0;
+}
+
+// A name with a zero inside would be cut there, and mean another file.
+bool IsName(std::u16string_view Path) {
+  return !Path.empty() && Path.find(u'\0') == std::u16string_view::npos;
+}
+
+} // namespace
+
+TDiskError ReadWholeFile(std::u16string_view Path, std::string &Out) {
+  Out.clear();
+  if (!IsName(Path))
+    return ErrorText(ENOENT);
+  const TDescriptor File(open(ToUtf8(Path).c_str(), O_RDONLY | O_CLOEXEC));
+  if (!File.IsOpen())
+    return ErrorText(errno);
+  // Read to its end, whatever size is told: the file may grow.
+  constexpr std::size_t Part = 1u << 18;
+  for (;;) {
+    const std::size_t Old = Out.size();
+    Out.resize(Old + Part);
+    const ssize_t Count = read(File.Get(), Out.data() + Old, Part);
+    const int Error = errno;
+    Out.resize(Old + (Count > 0 ? static_cast<std::size_t>(Count) : 0));
+    if (Count == 0)
+      return {};
+    if (Count < 0 && Error != EINTR) {
+      Out.clear();
+      return ErrorText(Error);
+    }
+  }
+}
+
+TDiskError WriteWholeFile(std::u16string_view Path, std::string_view Bytes) {
+  if (!IsName(Path))
+    return ErrorText(ENOENT);
+  const std::string Target = ToUtf8(Path);
+  struct stat Old = {};
+  const bool Exists = stat(Target.c_str(), &Old) == 0;
+  // A rename would replace a file that nobody may write.
+  if (Exists && (Old.st_mode & 0222) == 0)
+    return ErrorText(EACCES);
+
+  const std::string Folder = Target.substr(0, Target.rfind('/') + 1);
+  const std::string Prefix = Folder + "~" + std::to_string(getpid()) + "-";
+  for (int Try = 0;; ++Try) {
+    const std::string Temporary = Prefix + std::to_string(Try) + ".tmp";
+    TDescriptor File(open(Temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (!File.IsOpen()) {
+      if (errno == EEXIST && Try < 1000)
+        continue;
+      return ErrorText(errno);
+    }
+    if ((!Exists || fchmod(File.Get(), Old.st_mode & 0777) == 0) && WriteAll(File.Get(), Bytes) &&
+        File.Close() && rename(Temporary.c_str(), Target.c_str()) == 0)
+      return {};
+    const int Error = errno;
+    unlink(Temporary.c_str());
+    return ErrorText(Error);
+  }
+}
+
+TDiskError CheckFolder(std::u16string_view Path) {
+  if (!IsName(Path))
+    return ErrorText(ENOENT);
+  struct stat Found = {};
+  if (stat(ToUtf8(Path).c_str(), &Found) != 0)
+    return ErrorText(errno);
+  return S_ISDIR(Found.st_mode) ? TDiskError() : ErrorText(ENOTDIR);
+}
+
+std::u16string AbsolutePath(std::u16string_view Path) {
+  if (Path.empty() || Path.starts_with(u'/'))
+    return std::u16string(Path);
+  std::string Current(4096, '\0');
+  if (!getcwd(Current.data(), Current.size()))
+    return std::u16string(Path);
+  Current.resize(std::strlen(Current.c_str()));
+  return JoinPath(FromUtf8(Current), Path);
+}
+
+std::u16string JoinPath(std::u16string_view Folder, std::u16string_view Name) {
+  std::u16string Out(Folder);
+  if (!Out.empty() && Out.back() != u'/')
+    Out.push_back(u'/');
+  return Out.append(Name);
+}
+
+} // namespace hivesweep

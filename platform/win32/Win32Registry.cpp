@@ -1,0 +1,340 @@
+#include "platform/win32/Win32Registry.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "platform/win32/Win32.h"
+
+namespace hivesweep {
+
+namespace {
+
+// A value's name has up to 16,383 units, a key's 255 (Wine: 256); one for the zero.
+constexpr DWORD NameRoom = 16'384;
+
+// Larger values are rare. The system allocates as much as it is offered, in every
+// call, so a buffer that has grown for one value is not offered for the next.
+constexpr DWORD UsualRoom = 32'768;
+
+// A longer text does not fit into the system's own string type, whose 16-bit
+// length would wrap: it would be taken for another one.
+constexpr std::size_t LongestText = 32'766;
+
+bool IsAddressable(std::u16string_view Text) {
+  return Text.size() <= LongestText && !HoldsZero(Text) && !Text.starts_with(u'\\');
+}
+
+bool IsAddressableValue(std::u16string_view Name) {
+  return Name.size() <= LongestText && !HoldsZero(Name);
+}
+
+TRegStatus StatusOf(LONG Error) {
+  switch (Error) {
+  case ERROR_SUCCESS:
+    return TRegStatus::Ok;
+  case ERROR_FILE_NOT_FOUND:
+  case ERROR_PATH_NOT_FOUND:
+  case ERROR_KEY_DELETED:
+    return TRegStatus::NotFound;
+  case ERROR_ACCESS_DENIED:
+    return TRegStatus::Denied;
+  default:
+    return TRegStatus::Failed;
+  }
+}
+
+HKEY RootHandle(TRegRoot Root) {
+  switch (Root) {
+  case TRegRoot::ClassesRoot:
+    return HKEY_CLASSES_ROOT;
+  case TRegRoot::CurrentUser:
+    return HKEY_CURRENT_USER;
+  case TRegRoot::LocalMachine:
+    return HKEY_LOCAL_MACHINE;
+  case TRegRoot::Users:
+    return HKEY_USERS;
+  }
+  return nullptr;
+}
+
+// A key's handle; closes it.
+class TKeyHandle {
+public:
+  TKeyHandle() = default;
+  TKeyHandle(TKeyHandle &&Other) noexcept : Owned_(std::exchange(Other.Owned_, nullptr)) {}
+  TKeyHandle &operator=(TKeyHandle &&Other) noexcept {
+    std::swap(Owned_, Other.Owned_);
+    Other.Close();
+    return *this;
+  }
+  ~TKeyHandle() { Close(); }
+
+  LONG Open(HKEY Base, const std::u16string &Path, DWORD Options, REGSAM Rights) {
+    Close();
+    return RegOpenKeyExW(Base, Wide(Path), Options, Rights, &Owned_);
+  }
+  HKEY Get() const { return Owned_; }
+  void Close() {
+    // Opening a root by an empty path answers the root's own number on Windows
+    // 2000 and XP: closing it would close it for the whole process.
+    const bool IsRoot = (reinterpret_cast<std::uintptr_t>(Owned_) & 0x8000'0000u) != 0;
+    if (Owned_ && !IsRoot)
+      RegCloseKey(Owned_);
+    Owned_ = nullptr;
+  }
+
+private:
+  HKEY Owned_ = nullptr;
+};
+
+} // namespace
+
+struct TWin32Registry::TBuffers {
+  std::vector<wchar_t> Name = std::vector<wchar_t>(NameRoom);
+  std::vector<std::byte> Data;
+
+  // Reads data of any size: Call(bytes, size) is one of the system's functions
+  // that answer ERROR_MORE_DATA and the needed size. That size may have changed
+  // by the next call, hence a loop; and a little more room than asked for each
+  // time, or a value that keeps growing could be chased for ever.
+  template <typename TCall> LONG Fill(DWORD &Size, TCall Call) {
+    DWORD Room = UsualRoom;
+    for (;;) {
+      if (Data.size() < Room)
+        Data.resize(Room);
+      Size = Room;
+      const LONG Error = Call(reinterpret_cast<BYTE *>(Data.data()), &Size);
+      if (Error != ERROR_MORE_DATA)
+        return Error;
+      // More room for data does not help: another call would answer the same.
+      if (Size <= Room)
+        return ERROR_INVALID_DATA;
+      Room = Size + std::min<DWORD>(Size / 4, MAXDWORD - Size);
+    }
+  }
+
+  std::span<const std::byte> Bytes(DWORD Size) const { return std::span(Data).first(Size); }
+  std::u16string_view NameText(DWORD Length) const { return {FromWide(Name.data()), Length}; }
+};
+
+namespace {
+
+LONG ListSubkeys(HKEY Key, TWin32Registry::TBuffers &Buffers, std::vector<std::u16string> &Out) {
+  Out.clear();
+  for (DWORD Index = 0;; ++Index) {
+    DWORD Length = NameRoom;
+    const LONG Error =
+        RegEnumKeyExW(Key, Index, Buffers.Name.data(), &Length, nullptr, nullptr, nullptr, nullptr);
+    if (Error != ERROR_SUCCESS)
+      return Error == ERROR_NO_MORE_ITEMS ? ERROR_SUCCESS : Error;
+    Out.emplace_back(Buffers.NameText(Length));
+  }
+}
+
+// Deletes keys with all that is in them. Every key is opened as itself, never as
+// what a link leads to.
+class TTreeDeletion {
+public:
+  explicit TTreeDeletion(TWin32Registry::TBuffers &Buffers) : Buffers_(Buffers) {}
+
+  LONG Run(HKEY Base, std::u16string Path) {
+    LONG Error = Enter(Base, std::move(Path));
+    if (Error != ERROR_SUCCESS)
+      return Error;
+    while (!Levels_.empty()) {
+      TLevel &Level = Levels_.back();
+      if (Level.Subkeys.empty()) {
+        Error = LeaveDeleted(Base);
+      } else {
+        std::u16string Name = std::move(Level.Subkeys.back());
+        Level.Subkeys.pop_back();
+        Error = Enter(Level.Key.Get(), std::move(Name));
+        if (StatusOf(Error) == TRegStatus::NotFound)
+          Error = ERROR_SUCCESS; // someone else was faster
+      }
+      if (Error != ERROR_SUCCESS)
+        return Error;
+    }
+    return ERROR_SUCCESS;
+  }
+
+private:
+  struct TLevel {
+    std::u16string Name; // below the level before; the path for the first one
+    TKeyHandle Key;
+    std::vector<std::u16string> Subkeys; // those that are still there
+    bool IsLink = false;
+  };
+
+  LONG Enter(HKEY Parent, std::u16string Name) {
+    TLevel Level;
+    Level.Name = std::move(Name);
+    LONG Error = Level.Key.Open(Parent, Level.Name, REG_OPTION_OPEN_LINK,
+                                KEY_QUERY_VALUE | KEY_ENUMERATE_SUB_KEYS | DELETE);
+    if (Error != ERROR_SUCCESS)
+      return Error;
+    Error = ListSubkeys(Level.Key.Get(), Buffers_, Level.Subkeys);
+    if (Error != ERROR_SUCCESS)
+      return Error;
+    DWORD Type = REG_NONE;
+    const LONG Asked =
+        RegQueryValueExW(Level.Key.Get(), L"SymbolicLinkValue", nullptr, &Type, nullptr, nullptr);
+    if (Asked != ERROR_SUCCESS && StatusOf(Asked) != TRegStatus::NotFound)
+      return Asked;
+    Level.IsLink = Asked == ERROR_SUCCESS && Type == REG_LINK;
+    Levels_.push_back(std::move(Level));
+    return ERROR_SUCCESS;
+  }
+
+  LONG LeaveDeleted(HKEY Base) {
+    TLevel Level = std::move(Levels_.back());
+    Levels_.pop_back();
+    // RegDeleteKeyW would follow the link and delete what it leads to. For all
+    // others it is the documented one.
+    if (Level.IsLink)
+      return DeleteItself(Level.Key.Get());
+    Level.Key.Close();
+    const LONG Error =
+        RegDeleteKeyW(Levels_.empty() ? Base : Levels_.back().Key.Get(), Wide(Level.Name));
+    return StatusOf(Error) == TRegStatus::NotFound ? ERROR_SUCCESS : Error;
+  }
+
+  static LONG DeleteItself(HKEY Key) {
+    using TNtDeleteKey = LONG(WINAPI *)(HANDLE);
+    static const auto NtDeleteKey =
+        reinterpret_cast<TNtDeleteKey>(FindFunction(L"ntdll.dll", "NtDeleteKey"));
+    constexpr LONG AccessDenied = static_cast<LONG>(0xC000'0022u);
+    const LONG Status = NtDeleteKey ? NtDeleteKey(Key) : -1;
+    if (Status >= 0)
+      return ERROR_SUCCESS;
+    return Status == AccessDenied ? ERROR_ACCESS_DENIED : ERROR_GEN_FAILURE;
+  }
+
+  TWin32Registry::TBuffers &Buffers_;
+  std::vector<TLevel> Levels_;
+};
+
+class TWin32Key final : public TRegKey {
+public:
+  // ClassesPath: of a key of HKEY_CLASSES_ROOT, its path from there.
+  TWin32Key(TKeyHandle Key, std::optional<std::u16string> ClassesPath,
+            TWin32Registry::TBuffers &Buffers)
+      : Key_(std::move(Key)), ClassesPath_(std::move(ClassesPath)), Buffers_(Buffers) {}
+
+  static TRegOpened Open(HKEY Base, const std::optional<std::u16string> &ClassesPath,
+                         TWin32Registry::TBuffers &Buffers, std::u16string_view Path,
+                         TRegAccess Access) {
+    if (!IsAddressable(Path))
+      return {};
+    // A key below this one is deleted with rights of its own.
+    const REGSAM Rights = Access == TRegAccess::Full ? KEY_READ | KEY_SET_VALUE : KEY_READ;
+    TKeyHandle Opened;
+    const LONG Error = Opened.Open(Base, std::u16string(Path), 0, Rights);
+    if (Error != ERROR_SUCCESS)
+      return {StatusOf(Error), nullptr};
+    return {TRegStatus::Ok,
+            std::make_unique<TWin32Key>(std::move(Opened), Below(ClassesPath, Path), Buffers)};
+  }
+
+  TRegOpened Open(std::u16string_view Path, TRegAccess Access) override {
+    return Open(Key_.Get(), ClassesPath_, Buffers_, Path, Access);
+  }
+
+  TRegStatus Counts(TRegCounts &Out) override {
+    DWORD Subkeys = 0;
+    DWORD Values = 0;
+    const LONG Error = RegQueryInfoKeyW(Key_.Get(), nullptr, nullptr, nullptr, &Subkeys, nullptr,
+                                        nullptr, &Values, nullptr, nullptr, nullptr, nullptr);
+    Out = Error == ERROR_SUCCESS ? TRegCounts{Subkeys, Values} : TRegCounts{};
+    return StatusOf(Error);
+  }
+
+  TRegStatus SubkeyNames(std::vector<std::u16string> &Out) override {
+    return StatusOf(ListSubkeys(Key_.Get(), Buffers_, Out));
+  }
+
+  TRegStatus Values(TRegValueList &Out) override {
+    Out.Clear();
+    for (DWORD Index = 0;; ++Index) {
+      DWORD NameLength = 0;
+      DWORD Type = REG_NONE;
+      DWORD Size = 0;
+      const LONG Error = Buffers_.Fill(Size, [&](BYTE *Data, DWORD *DataSize) {
+        NameLength = NameRoom;
+        return RegEnumValueW(Key_.Get(), Index, Buffers_.Name.data(), &NameLength, nullptr, &Type,
+                             Data, DataSize);
+      });
+      // A value that vanished meanwhile only makes the list shorter.
+      if (Error == ERROR_NO_MORE_ITEMS)
+        return TRegStatus::Ok;
+      if (Error != ERROR_SUCCESS)
+        return StatusOf(Error);
+      Out.Add(Buffers_.NameText(NameLength), static_cast<TRegType>(Type), Buffers_.Bytes(Size));
+    }
+  }
+
+  TRegStatus Read(std::u16string_view Name, TRegValue &Out) override {
+    Out.Assign(TRegType::None, {});
+    if (!IsAddressableValue(Name))
+      return TRegStatus::Failed;
+    const std::u16string Ended(Name);
+    DWORD Type = REG_NONE;
+    DWORD Size = 0;
+    const LONG Error = Buffers_.Fill(Size, [&](BYTE *Data, DWORD *DataSize) {
+      return RegQueryValueExW(Key_.Get(), Wide(Ended), nullptr, &Type, Data, DataSize);
+    });
+    if (Error == ERROR_SUCCESS)
+      Out.Assign(static_cast<TRegType>(Type), Buffers_.Bytes(Size));
+    return StatusOf(Error);
+  }
+
+  TRegStatus DeleteValue(std::u16string_view Name) override {
+    if (!IsAddressableValue(Name))
+      return TRegStatus::Failed;
+    return StatusOf(RegDeleteValueW(Key_.Get(), Wide(std::u16string(Name))));
+  }
+
+  TRegStatus DeleteTree(std::u16string_view Path) override {
+    if (Path.empty() || !IsAddressable(Path))
+      return TRegStatus::Failed;
+    // Two keys may show as one there, the user's and the machine's. Deleted as they
+    // show, subkey by subkey, the machine's would lose those that the user's lacks.
+    if (const auto FromClasses = Below(ClassesPath_, Path)) {
+      const LONG Error =
+          TTreeDeletion(Buffers_).Run(HKEY_CURRENT_USER, u"Software\\Classes\\" + *FromClasses);
+      if (StatusOf(Error) != TRegStatus::NotFound)
+        return StatusOf(Error);
+    }
+    return StatusOf(TTreeDeletion(Buffers_).Run(Key_.Get(), std::u16string(Path)));
+  }
+
+private:
+  static std::optional<std::u16string> Below(const std::optional<std::u16string> &ClassesPath,
+                                             std::u16string_view Path) {
+    if (!ClassesPath)
+      return std::nullopt;
+    const bool Between = !ClassesPath->empty() && !Path.empty();
+    return *ClassesPath + (Between ? u"\\" : u"") + std::u16string(Path);
+  }
+
+  TKeyHandle Key_;
+  std::optional<std::u16string> ClassesPath_;
+  TWin32Registry::TBuffers &Buffers_;
+};
+
+} // namespace
+
+TWin32Registry::TWin32Registry() : Buffers_(std::make_unique<TBuffers>()) {}
+TWin32Registry::~TWin32Registry() = default;
+
+TRegOpened TWin32Registry::Open(TRegRoot Root, std::u16string_view Path, TRegAccess Access) {
+  std::optional<std::u16string> ClassesPath;
+  if (Root == TRegRoot::ClassesRoot)
+    ClassesPath.emplace();
+  return TWin32Key::Open(RootHandle(Root), ClassesPath, *Buffers_, Path, Access);
+}
+
+} // namespace hivesweep

@@ -1,0 +1,339 @@
+// The families that are real on every system: settings files, clock, console,
+// whole files.
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "platform/Console.h"
+#include "platform/DiskFile.h"
+#include "tests/platform/TestHosts.h"
+
+namespace hivesweep {
+namespace {
+
+using TTexts = std::vector<std::u16string>;
+
+// ---- settings files -------------------------------------------------------------
+
+TEST(Profiles, AreReadAsWindowsReadsThem) {
+  static const struct {
+    const char *Why;
+    const char *Bytes;
+    std::u16string_view Section;
+    std::u16string_view Key;
+    std::u16string_view Text; // "-": the default
+    TTexts KeyNames;
+    TTexts Lines;
+    bool NotUnderWine = false;
+  } Cases[] = {
+      {"plain", "[S]\r\na=1\r\nb=2\r\n", u"S", u"b", u"2", {u"a", u"b"}, {u"a=1", u"b=2"}},
+      {"no line end at the end", "[S]\na=1", u"S", u"a", u"1", {u"a"}, {u"a=1"}},
+      {"another case", "[sEct]\r\nkEY=Val\r\n", u"Sect", u"Key", u"Val", {u"kEY"}, {u"kEY=Val"}},
+      {"an empty file", "", u"S", u"a", u"-", {}, {}},
+      {"another section's key", "[S]\r\na=1\r\n[T]\r\nb=2\r\n", u"S", u"b", u"-", {u"a"}, {u"a=1"}},
+      {"a key before any section", "a=1\r\n[S]\r\nb=2\r\n", u"S", u"a", u"-", {u"b"}, {u"b=2"}},
+      {"no such section", "[S]\r\na=1\r\n", u"T", u"a", u"-", {}, {}},
+      {"the first section of a name counts",
+       "[S]\r\na=1\r\n[T]\r\n[S]\r\na=2\r\nb=3\r\n",
+       u"S",
+       u"b",
+       u"-",
+       {u"a"},
+       {u"a=1"}},
+      {"the first key of a name counts",
+       "[S]\r\na=1\r\nA=2\r\n",
+       u"S",
+       u"A",
+       u"1",
+       {u"a", u"A"},
+       {u"a=1", u"A=2"}},
+      {"blanks around go",
+       "  [S]  \r\n \t a b \t = \t c d \t \r\n",
+       u"S",
+       u"a b",
+       u"c d",
+       {u"a b"},
+       {u"a b=c d"}},
+      {"quotes keep blanks", "[S]\r\na=\" x \"\r\n", u"S", u"a", u" x ", {u"a"}, {u"a=\" x \""}},
+      {"single quotes too", "[S]\r\na=' x '\r\n", u"S", u"a", u" x ", {u"a"}, {u"a=' x '"}},
+      {"only one pair goes",
+       "[S]\r\na=\"\"x\"\"\r\n",
+       u"S",
+       u"a",
+       u"\"x\"",
+       {u"a"},
+       {u"a=\"\"x\"\""}},
+      {"quotes that do not match stay",
+       "[S]\r\na=\"x'\r\n",
+       u"S",
+       u"a",
+       u"\"x'",
+       {u"a"},
+       {u"a=\"x'"}},
+      {"a single quote stays", "[S]\r\na=\"\r\n", u"S", u"a", u"\"", {u"a"}, {u"a=\""}},
+      {"an empty value is a value", "[S]\r\na=\r\n", u"S", u"a", u"", {u"a"}, {u"a="}},
+      {"the first = divides", "[S]\r\na=b=c\r\n", u"S", u"a", u"b=c", {u"a"}, {u"a=b=c"}},
+      {"comments are no lines",
+       "[S]\r\n;a=1\r\n ; b=2\r\nc=3;x\r\n",
+       u"S",
+       u"c",
+       u"3;x",
+       {u"c"},
+       {u"c=3;x"}},
+      {"empty lines are none",
+       "[S]\r\n\r\n  \r\na=1\r\n\r\nb=2\r\n",
+       u"S",
+       u"b",
+       u"2",
+       {u"a", u"b"},
+       {u"a=1", u"b=2"}},
+      {"a line without = is a line, no key",
+       "[S]\r\nalone\r\na=1\r\n",
+       u"S",
+       u"alone",
+       u"-",
+       {u"a"},
+       {u"alone", u"a=1"}},
+      {"a registry path as a name",
+       "[S]\r\nHKEY_USERS\\x y\\{1}=n/a\r\n",
+       u"S",
+       u"hkey_users\\X Y\\{1}",
+       u"n/a",
+       {u"HKEY_USERS\\x y\\{1}"},
+       {u"HKEY_USERS\\x y\\{1}=n/a"}},
+      {"the code page",
+       "[S]\r\n\xE4=\x80\r\n",
+       u"S",
+       u"\u00E4",
+       u"\u20AC",
+       {u"\u00E4"},
+       {u"\u00E4=\u20AC"}},
+      {"the code page in another case",
+       "[\xC4]\r\n\xF6=1\r\n",
+       u"\u00E4",
+       u"\u00D6",
+       u"1",
+       {u"\u00F6"},
+       {u"\u00F6=1"},
+       true},
+      {"blanks around the asked names",
+       "[S]\r\na=1\r\n",
+       u" S ",
+       u"  a ",
+       u"1",
+       {u"a"},
+       {u"a=1"},
+       true},
+      {"blanks in a header go", "[ \tS ]\r\na=1\r\n", u"S", u"a", u"1", {u"a"}, {u"a=1"}, true},
+      {"text behind a header is none", "[S]b=2\r\na=1\r\n", u"S", u"b", u"-", {u"a"}, {u"a=1"}},
+      {"the first bracket ends a header",
+       "[S] ;x]\r\na=1\r\n",
+       u"S",
+       u"a",
+       u"1",
+       {u"a"},
+       {u"a=1"},
+       true},
+      {"the line ends a header", "[S  \r\na=1\r\n", u"S", u"a", u"1", {u"a"}, {u"a=1"}, true},
+      {"a section without a name", "[]\r\na=1\r\n", u"", u"a", u"1", {u"a"}, {u"a=1"}, true},
+      {"a number sign is no comment", "[S]\r\n#a=#1\r\n", u"S", u"#a", u"#1", {u"#a"}, {u"#a=#1"}},
+  };
+  const TScratchFolder Scratch;
+  const std::u16string File = Scratch.File(u"s.ini");
+  const TPlatform Platform = MakeLocalServices();
+  for (const auto &C : Cases) {
+    if (C.NotUnderWine && IsWine())
+      continue;
+    SCOPED_TRACE(C.Why);
+    ASSERT_EQ(WriteWholeFile(File, C.Bytes), u"");
+    EXPECT_EQ(ToUtf8(Platform.Profiles->ReadString(File, C.Section, C.Key, u"-")), ToUtf8(C.Text));
+    EXPECT_EQ(Platform.Profiles->KeyNames(File, C.Section), C.KeyNames);
+    EXPECT_EQ(Platform.Profiles->Lines(File, C.Section), C.Lines);
+  }
+}
+
+TEST(Profiles, ADefaultComesBackAsItIs) {
+  const TScratchFolder Scratch;
+  const TPlatform Platform = MakeLocalServices();
+  ASSERT_EQ(WriteWholeFile(Scratch.File(u"s.ini"), "[S]\r\na=\r\n"), u"");
+  for (const std::u16string_view Default : {u"", u"  x  ", u"\"x\"", u"\n"}) {
+    EXPECT_EQ(Platform.Profiles->ReadString(Scratch.File(u"s.ini"), u"S", u"b", Default), Default);
+    EXPECT_EQ(Platform.Profiles->ReadString(Scratch.File(u"no.ini"), u"S", u"a", Default), Default);
+    EXPECT_EQ(Platform.Profiles->ReadString(Scratch.File(u"s.ini"), u"S", u"a", Default), u"");
+  }
+}
+
+TEST(Profiles, TextsOfAnySizeAndOfAllLettersAreRead) {
+  const TScratchFolder Scratch;
+  const TPlatform Platform = MakeLocalServices();
+  const std::u16string File = Scratch.File(u"s.ini");
+  // Every length around the size of the first buffer, then far beyond it.
+  for (std::size_t Length = 250; Length < 20'000; Length += Length < 270 ? 1 : 5'000) {
+    const std::u16string Value(Length, u'\u0416');
+    const std::u16string Name = u"key " + std::u16string(Length, u'k');
+    const std::u16string Line = Name + u"=" + Value;
+    const std::u16string Text = u"\uFEFF[S]\r\n" + Line + u"\r\nb=2\r\n";
+    ASSERT_EQ(WriteWholeFile(File, {reinterpret_cast<const char *>(Text.data()), Text.size() * 2}),
+              u"");
+    EXPECT_EQ(Platform.Profiles->ReadString(File, u"S", Name, u""), Value) << Length;
+    EXPECT_EQ(Platform.Profiles->KeyNames(File, u"S"), (TTexts{Name, u"b"})) << Length;
+    EXPECT_EQ(Platform.Profiles->Lines(File, u"S"), (TTexts{Line, u"b=2"})) << Length;
+  }
+}
+
+TEST(Profiles, AStampIsPromisedOnlyForAFileThatHasSettled) {
+  const TScratchFolder Scratch;
+  TPlatform Platform = MakeLocalServices();
+  TProfiles &Profiles = *Platform.Profiles;
+  const std::u16string File = Scratch.File(u"s.ini");
+
+  const auto Missing = Profiles.Stamp(File);
+  ASSERT_TRUE(Missing);
+  EXPECT_EQ(*Missing, TFileStamp());
+  EXPECT_EQ(Profiles.Stamp(JoinPath(Scratch.File(u"no folder"), u"s.ini")), Missing);
+
+  ASSERT_EQ(WriteWholeFile(File, "[S]\r\na=1\r\n"), u"");
+  EXPECT_FALSE(Profiles.Stamp(File)) << "just written";
+  EXPECT_EQ(Profiles.Stamp(JoinPath(File, u"x")), Missing) << "a file used as a folder";
+  for (const int Young : {1, 2, -1, -60, -100'000}) {
+    SetAge(File, Young);
+    EXPECT_FALSE(Profiles.Stamp(File)) << Young << " seconds old";
+  }
+  SetAge(File, 4);
+  const auto Settled = Profiles.Stamp(File);
+  ASSERT_TRUE(Settled);
+  EXPECT_NE(Settled, Missing);
+  EXPECT_EQ(Profiles.Stamp(File), Settled);
+  SetAge(File, 60);
+  const auto Older = Profiles.Stamp(File);
+  ASSERT_TRUE(Older);
+  EXPECT_NE(Older, Settled) << "another time";
+}
+
+// ---- whole files -----------------------------------------------------------------
+
+TEST(DiskFile, IsReadAsItWasWritten) {
+  const TScratchFolder Scratch;
+  std::string Large;
+  for (int Number = 0; Number < 700'000; ++Number)
+    Large.push_back(static_cast<char>(Number * 7));
+  const std::u16string File = Scratch.File(u"\u00E4 \u0416 \u65E5.bin");
+  // From large to small: nothing of an older content may stay.
+  for (const std::string &Bytes : {Large, std::string("\0\r\n\x1A\xFF", 5), std::string()}) {
+    ASSERT_EQ(WriteWholeFile(File, Bytes), u"");
+    std::string Read = "left over";
+    ASSERT_EQ(ReadWholeFile(File, Read), u"");
+    EXPECT_TRUE(Read == Bytes) << Read.size();
+    EXPECT_EQ(Scratch.Count(), 1u) << "another file was left behind";
+  }
+}
+
+TEST(DiskFile, LongPathsAreNoDifferent) {
+  const TScratchFolder Scratch;
+  const std::u16string Name(240, u'n'); // too long only together with its folder
+  std::string Read;
+  ASSERT_EQ(WriteWholeFile(Scratch.File(Name), "x"), u"");
+  ASSERT_EQ(WriteWholeFile(Scratch.File(Name), "y"), u"");
+  EXPECT_EQ(ReadWholeFile(Scratch.File(Name), Read), u"");
+  EXPECT_EQ(Read, "y");
+}
+
+TEST(DiskFile, WhatCannotBeDoneIsSaidAndChangesNothing) {
+  const TScratchFolder Scratch;
+  const std::u16string File = Scratch.File(u"old.txt");
+  ASSERT_EQ(WriteWholeFile(File, "old"), u"");
+  SetReadOnly(File, true);
+  const struct {
+    const char *Why;
+    std::u16string Path;
+  } Cases[] = {
+      {"a read-only file", File},
+      {"a folder has the name", Scratch.Path()},
+      {"the folder is missing", JoinPath(Scratch.File(u"missing"), u"x")},
+      {"a file used as a folder", JoinPath(File, u"x")},
+      {"a zero inside the name", Scratch.File(std::u16string(u"cut\0x", 5))},
+      {"no name", u""},
+  };
+  for (const auto &C : Cases) {
+    const TDiskError Error = WriteWholeFile(C.Path, "new");
+    EXPECT_NE(Error, u"") << C.Why;
+    EXPECT_EQ(Error, Trim(Error)) << "goes into a line of output";
+    EXPECT_FALSE(Error.ends_with(u'.')) << ToUtf8(Error);
+    std::string Read = "left over";
+    if (C.Path != File) {
+      EXPECT_NE(ReadWholeFile(C.Path, Read), u"") << C.Why;
+      EXPECT_EQ(Read, "") << C.Why;
+    }
+  }
+  EXPECT_EQ(Scratch.Count(), 1u);
+  std::string Read;
+  EXPECT_EQ(ReadWholeFile(File, Read), u"");
+  EXPECT_EQ(Read, "old");
+  EXPECT_EQ(CheckFolder(Scratch.Path()), u"");
+  for (const std::u16string &Path : {File, Scratch.File(u"missing"), std::u16string(),
+                                     Scratch.Path() + std::u16string(u"\0x", 2)})
+    EXPECT_NE(CheckFolder(Path), u"") << ToUtf8(Path);
+  SetReadOnly(File, false);
+}
+
+TEST(DiskFile, PathsAreJoinedAndMadeAbsolute) {
+  const TScratchFolder Scratch;
+  const std::u16string Joined = JoinPath(Scratch.Path(), u"x");
+  EXPECT_EQ(Joined, Scratch.File(u"x"));
+  EXPECT_EQ(JoinPath(Joined.substr(0, Joined.size() - 1), u"x"), Joined) << "ends in a separator";
+  EXPECT_EQ(JoinPath(u"", u"x"), u"x");
+  EXPECT_EQ(AbsolutePath(Joined), Joined);
+  const std::u16string Current = AbsolutePath(u"x");
+  EXPECT_TRUE(Current.ends_with(Joined.substr(Joined.size() - 2))) << ToUtf8(Current);
+  EXPECT_EQ(AbsolutePath(Current), Current);
+}
+
+// ---- the rest ---------------------------------------------------------------------
+
+TEST(Ansi, EveryByteBecomesOneUnit) {
+  std::string Bytes;
+  for (int Byte = 0; Byte < 256; ++Byte)
+    Bytes.push_back(static_cast<char>(Byte));
+  const std::u16string Text = FromAnsi(Bytes);
+  ASSERT_EQ(Text.size(), 256u);
+  for (char16_t Unit = 0; Unit < 0x80; ++Unit)
+    EXPECT_EQ(Text[Unit], Unit);
+  // Windows-1252, as tests run with: what differs from Latin-1 and what is undefined.
+  EXPECT_EQ(Text.substr(0x80, 4), u"\u20AC\u0081\u201A\u0192");
+  EXPECT_EQ(Text.substr(0x8C, 4), u"\u0152\u008D\u017D\u008F");
+  EXPECT_EQ(Text.substr(0x9C, 6), u"\u0153\u009D\u017E\u0178\u00A0\u00A1");
+  EXPECT_EQ(Text[0xFF], u'\u00FF');
+  EXPECT_EQ(FromAnsi(""), u"");
+}
+
+TEST(Console, WritesTheBytesAsTheyStandWhereThereIsNoTerminal) {
+  testing::internal::CaptureStdout();
+  const bool Written = ConsoleWrite(TConsoleStream::Output, "a\n\xC3\xA4\xE2\x82\xAC\n");
+  const bool Terminal = IsTerminal(TConsoleStream::Output);
+  const std::string Seen = testing::internal::GetCapturedStdout();
+  EXPECT_TRUE(Written);
+  EXPECT_FALSE(Terminal);
+  EXPECT_EQ(Seen, "a\n\xC3\xA4\xE2\x82\xAC\n");
+}
+
+TEST(Clock, PausesForAboutAsLongAsAskedAndKnowsTheDay) {
+  const TPlatform Platform = MakeLocalServices();
+  const std::uint64_t Before = MillisecondTicks();
+  Platform.Clock->Pause(60);
+  const std::uint64_t Passed = MillisecondTicks() - Before;
+  EXPECT_GE(Passed, 45u); // counters go in steps of up to 16
+  EXPECT_LT(Passed, 10'000u);
+
+  const TLocalTime First = Platform.Clock->Now();
+  const TLocalTime Second = Platform.Clock->Now();
+  const auto Order = [](const TLocalTime &Time) {
+    return std::tuple(Time.Year, Time.Month, Time.Day, Time.Hour, Time.Minute, Time.Second);
+  };
+  EXPECT_LE(Order(First), Order(Second));
+  EXPECT_GE(First.Year, 2024);
+  EXPECT_TRUE(First.Month >= 1 && First.Month <= 12 && First.Day >= 1 && First.Day <= 31);
+  EXPECT_TRUE(First.Hour <= 23 && First.Minute <= 59 && First.Second <= 60);
+}
+
+} // namespace
+} // namespace hivesweep

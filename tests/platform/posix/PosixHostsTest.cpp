@@ -1,0 +1,97 @@
+// What only a POSIX system can show: a full disk, its signals, permission bits.
+#include <csignal>
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include "platform/Console.h"
+#include "platform/DiskFile.h"
+#include "platform/Text.h"
+#include "tests/platform/TestHosts.h"
+
+namespace hivesweep {
+namespace {
+
+// While it lives, no file can grow beyond so many bytes, as if the disk were full.
+class TSmallDisk {
+public:
+  explicit TSmallDisk(rlim_t Bytes) : OldHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &Old_);
+    const rlimit Small = {Bytes, Old_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &Small);
+  }
+  TSmallDisk(const TSmallDisk &) = delete;
+  TSmallDisk &operator=(const TSmallDisk &) = delete;
+  ~TSmallDisk() {
+    setrlimit(RLIMIT_FSIZE, &Old_);
+    std::signal(SIGXFSZ, OldHandler_);
+  }
+
+private:
+  void (*OldHandler_)(int);
+  rlimit Old_ = {};
+};
+
+TEST(PosixHosts, AFileThatDoesNotFitLeavesTheOldOneAndNothingElse) {
+  const TScratchFolder Scratch;
+  const std::u16string File = Scratch.File(u"x");
+  ASSERT_EQ(WriteWholeFile(File, "old"), u"");
+  ASSERT_EQ(chmod(ToUtf8(File).c_str(), 0640), 0);
+  for (const rlim_t Room : {0u, 1u, 5'000u, 9'999u}) {
+    TDiskError Error;
+    {
+      const TSmallDisk Full(Room);
+      Error = WriteWholeFile(File, std::string(10'000, 'n'));
+    }
+    EXPECT_NE(Error, u"") << Room;
+    std::string Read;
+    EXPECT_EQ(ReadWholeFile(File, Read), u"");
+    EXPECT_EQ(Read, "old") << Room;
+    EXPECT_EQ(Scratch.Count(), 1u) << Room;
+  }
+  EXPECT_EQ(WriteWholeFile(File, "new"), u"");
+  struct stat Found = {};
+  ASSERT_EQ(stat(ToUtf8(File).c_str(), &Found), 0);
+  EXPECT_EQ(Found.st_mode & 0777, 0640u) << "the new one may be read by others than the old one";
+}
+
+TEST(PosixHosts, WidthComesFromTheEnvironmentWhereThereIsNoTerminal) {
+  static const struct {
+    const char *Columns;
+    int Width;
+  } Cases[] = {{"77", 77}, {"", 0},   {"x", 0},           {"77x", 0},  {" 77", 0},
+               {"0", 0},   {"-5", 0}, {"99999999999", 0}, {nullptr, 0}};
+  testing::internal::CaptureStdout(); // no terminal any more, whoever runs this
+  std::vector<int> Widths;
+  for (const auto &C : Cases) {
+    if (C.Columns)
+      setenv("COLUMNS", C.Columns, 1);
+    else
+      unsetenv("COLUMNS");
+    Widths.push_back(TerminalWidth(TConsoleStream::Output));
+  }
+  testing::internal::GetCapturedStdout();
+  for (std::size_t Index = 0; Index < Widths.size(); ++Index)
+    EXPECT_EQ(Widths[Index], Cases[Index].Width) << Index;
+}
+
+// In a process of its own: the flag can't be taken back.
+TEST(PosixHostsDeathTest, TheFirstInterruptIsAFlagTheSecondEndsTheProgram) {
+  EXPECT_EXIT(
+      {
+        CatchInterrupt();
+        if (WasInterrupted())
+          std::_Exit(1);
+        std::raise(SIGINT);
+        if (!WasInterrupted())
+          std::_Exit(2);
+        std::raise(SIGINT);
+        std::_Exit(3);
+      },
+      testing::KilledBySignal(SIGINT), "");
+}
+
+} // namespace
+} // namespace hivesweep

@@ -1,0 +1,292 @@
+// What only the live registry can show: other threads, links, the system's handles.
+#include <atomic>
+
+#include <gtest/gtest.h>
+
+#include "platform/win32/Win32.h"
+#include "platform/win32/Win32Registry.h"
+#include "tests/platform/TestHosts.h"
+
+#include <psapi.h>
+#include <sddl.h>
+
+namespace hivesweep {
+namespace {
+
+// The scratch key of the contract tests, over the live registry.
+class Win32Registry : public testing::Test {
+protected:
+  std::unique_ptr<TRegKey> OpenKey(std::u16string_view Below = u"") {
+    return Registry->Host()
+        .Open(TRegRoot::CurrentUser, Registry->Path(Below), TRegAccess::Full)
+        .Key;
+  }
+
+  std::unique_ptr<TTestRegistry> Registry = LiveRegistries().front().Make();
+};
+
+// The system's own key, for what the host has no call for.
+class TRawKey {
+public:
+  explicit TRawKey(const std::u16string &Path, DWORD Options = 0) {
+    EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, Wide(Path), 0, nullptr, Options, KEY_ALL_ACCESS,
+                              nullptr, &Key_, nullptr),
+              ERROR_SUCCESS);
+  }
+  TRawKey(const TRawKey &) = delete;
+  TRawKey &operator=(const TRawKey &) = delete;
+  ~TRawKey() { RegCloseKey(Key_); }
+
+  HKEY Get() const { return Key_; }
+  LONG Set(const wchar_t *Name, DWORD Type, std::u16string_view Units) const {
+    const auto Bytes = std::as_bytes(std::span(Units));
+    return RegSetValueExW(Key_, Name, 0, Type, reinterpret_cast<const BYTE *>(Bytes.data()),
+                          static_cast<DWORD>(Bytes.size()));
+  }
+
+private:
+  HKEY Key_ = nullptr;
+};
+
+// Changes values as fast as it can until it is destroyed.
+class TDisturber {
+public:
+  explicit TDisturber(std::u16string Path)
+      : Path_(std::move(Path)), Thread_(CreateThread(nullptr, 0, Run, this, 0, nullptr)) {}
+  TDisturber(const TDisturber &) = delete;
+  TDisturber &operator=(const TDisturber &) = delete;
+  ~TDisturber() {
+    Stop_ = true;
+    EXPECT_EQ(WaitForSingleObject(Thread_, 20'000), WAIT_OBJECT_0);
+    CloseHandle(Thread_);
+  }
+
+  // A text that says how long it is: a mixture of two would show.
+  static std::u16string Content(std::size_t Size) {
+    return std::u16string(Size, static_cast<char16_t>(1 + Size % 1000));
+  }
+
+private:
+  static DWORD WINAPI Run(void *Parameter) {
+    TDisturber &Self = *static_cast<TDisturber *>(Parameter);
+    const TRawKey Key(Self.Path_);
+    for (std::size_t Round = 0; !Self.Stop_; ++Round) {
+      const std::size_t Sizes[] = {3, 16'383, 16'384, 16'385, 50'000, 200'000};
+      Key.Set(L"m changing", REG_BINARY, Content(Sizes[Round % std::size(Sizes)]));
+      if (Round % 2)
+        Key.Set(L"n coming and going", REG_BINARY, Content(Sizes[Round / 2 % std::size(Sizes)]));
+      else
+        RegDeleteValueW(Key.Get(), L"n coming and going");
+    }
+    return 0;
+  }
+
+  std::u16string Path_;
+  std::atomic<bool> Stop_ = false;
+  HANDLE Thread_;
+};
+
+TEST_F(Win32Registry, AValueThatChangesMeanwhileIsReadAsItWasAtOneMoment) {
+  Registry->Load(u"[~]\n\"a\"=\"first\"\n\"m changing\"=hex:01,00\n\"z\"=\"last\"");
+  const auto Key = OpenKey();
+  const auto IsWhole = [](TRegData Data) {
+    const std::u16string Text(reinterpret_cast<const char16_t *>(Data.Bytes().data()),
+                              Data.Size() / 2);
+    return Text == u"\1" || Text == TDisturber::Content(Text.size());
+  };
+  int Seen = 0;
+  std::size_t Smallest = SIZE_MAX;
+  std::size_t Largest = 0;
+  {
+    const TDisturber Disturber(Registry->Path());
+    TRegValue Value;
+    TRegValueList List;
+    for (const DWORD Start = GetTickCount(); GetTickCount() - Start < 1500;) {
+      ASSERT_EQ(Key->Read(u"m changing", Value), TRegStatus::Ok);
+      ASSERT_TRUE(IsWhole(Value.Data())) << Value.Data().Size();
+      Smallest = std::min(Smallest, Value.Data().Size());
+      Largest = std::max(Largest, Value.Data().Size());
+      const TRegStatus Status = Key->Read(u"n coming and going", Value);
+      ASSERT_TRUE(Status == TRegStatus::Ok || Status == TRegStatus::NotFound);
+      Seen += Status == TRegStatus::Ok;
+      ASSERT_EQ(Status == TRegStatus::Ok, Value.Data().Size() != 0);
+
+      ASSERT_EQ(Key->Values(List), TRegStatus::Ok);
+      ASSERT_GE(List.Count(), 3u);
+      ASSERT_EQ(List[0].Data.Text(), u"first");
+      for (std::size_t Index = 0; Index < List.Count(); ++Index) {
+        const bool Changes = List[Index].Data.Type() == TRegType::Binary;
+        ASSERT_TRUE(!Changes || IsWhole(List[Index].Data)) << Index;
+      }
+    }
+  }
+  // Else nothing of all that was tried.
+  EXPECT_GT(Seen, 0);
+  EXPECT_LT(Smallest, Largest);
+}
+
+TEST_F(Win32Registry, AKeyThatIsDeletedMeanwhileIsNoFailure) {
+  Registry->Load(u"[~\\Gone]\n\"a\"=\"x\"\n[~\\Gone\\Below]");
+  const auto Key = OpenKey(u"Gone");
+  ASSERT_EQ(OpenKey()->DeleteTree(u"Gone"), TRegStatus::Ok);
+  Registry->Load(u"[~\\Gone]"); // another key of the same name
+  TRegValueList List;
+  EXPECT_EQ(Key->Values(List), TRegStatus::NotFound);
+  EXPECT_EQ(OpenKey(u"Gone")->Values(List), TRegStatus::Ok);
+}
+
+// ---- links -------------------------------------------------------------------------
+
+// Where the kernel keeps the current user's key.
+std::u16string KernelPath(std::u16string_view BelowUser) {
+  HANDLE Token = nullptr;
+  alignas(TOKEN_USER) BYTE User[256] = {};
+  DWORD Size = 0;
+  wchar_t *Identifier = nullptr;
+  EXPECT_TRUE(OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &Token));
+  EXPECT_TRUE(GetTokenInformation(Token, TokenUser, User, sizeof User, &Size));
+  EXPECT_TRUE(ConvertSidToStringSidW(reinterpret_cast<TOKEN_USER *>(User)->User.Sid, &Identifier));
+  std::u16string Path = std::u16string(u"\\REGISTRY\\USER\\") + FromWide(Identifier) + u"\\" +
+                        std::u16string(BelowUser);
+  LocalFree(Identifier);
+  CloseHandle(Token);
+  return Path;
+}
+
+// A link from one key to another, both below the current user's; removed in the
+// end, if the test has not done so.
+class TRegistryLink {
+public:
+  TRegistryLink(const std::u16string &Path, const std::u16string &Target)
+      : Key_(Path, REG_OPTION_CREATE_LINK | REG_OPTION_VOLATILE) {
+    EXPECT_EQ(Key_.Set(L"SymbolicLinkValue", REG_LINK, KernelPath(Target)), ERROR_SUCCESS);
+  }
+  ~TRegistryLink() {
+    using TNtDeleteKey = LONG(WINAPI *)(HANDLE);
+    reinterpret_cast<TNtDeleteKey>(FindFunction(L"ntdll.dll", "NtDeleteKey"))(Key_.Get());
+  }
+
+private:
+  TRawKey Key_;
+};
+
+TEST_F(Win32Registry, ALinkIsFollowedInReadingButNotInDeleting) {
+  Registry->Load(uR"(
+[~\Target]
+"x"="kept"
+[~\Target\Below]
+[~\Tree\Before]
+[~\Tree\Z]
+[~\Pretender]
+"SymbolicLinkValue"=hex(6):41,00
+[~\Pretender\Below]
+)");
+  const TRegistryLink Inside(Registry->Path(u"Tree\\Link"), Registry->Path(u"Target"));
+  const TRegistryLink Direct(Registry->Path(u"Link"), Registry->Path(u"Target"));
+  const TRegistryLink Dangling(Registry->Path(u"Tree\\Loose"), Registry->Path(u"No such key"));
+
+  TRegValue Value;
+  ASSERT_EQ(OpenKey(u"Tree\\Link")->Read(u"x", Value), TRegStatus::Ok);
+  EXPECT_EQ(Value.Data().Text(), u"kept");
+  const auto Key = OpenKey();
+  EXPECT_EQ(Key->Open(u"Tree\\Loose").Status, TRegStatus::NotFound);
+
+  for (const std::u16string_view Doomed : {u"Tree", u"Link", u"Pretender"})
+    EXPECT_EQ(Key->DeleteTree(Doomed), TRegStatus::Ok) << ToUtf8(Doomed);
+  std::vector<std::u16string> Names;
+  EXPECT_EQ(Key->SubkeyNames(Names), TRegStatus::Ok);
+  EXPECT_EQ(Names, std::vector<std::u16string>{u"Target"});
+  EXPECT_EQ(OpenKey(u"Target")->SubkeyNames(Names), TRegStatus::Ok);
+  EXPECT_EQ(Names, std::vector<std::u16string>{u"Below"});
+  EXPECT_EQ(OpenKey(u"Target")->Read(u"x", Value), TRegStatus::Ok);
+}
+
+TEST_F(Win32Registry, OfTwoClassesThatShowAsOneTheUsersIsDeletedFirst) {
+  using TNames = std::vector<std::u16string>;
+  TRegistryHost &Host = Registry->Host();
+  const std::u16string Name = u"Hivesweep.Test";
+  const auto Subkeys = [&](TRegRoot Root) {
+    TNames Names;
+    const TRegOpened Opened = Host.Open(Root, u"Software\\Classes\\" + Name);
+    EXPECT_TRUE(!Opened.Key || Opened.Key->SubkeyNames(Names) == TRegStatus::Ok);
+    return Names;
+  };
+  HKEY Key = nullptr;
+  for (const wchar_t *Below : {L"Hivesweep.Test\\A", L"Hivesweep.Test\\B"}) {
+    const std::u16string Path = std::u16string(u"Software\\Classes\\") + FromWide(Below);
+    if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, Wide(Path), 0, nullptr, 0, KEY_READ, nullptr, &Key,
+                        nullptr) != ERROR_SUCCESS)
+      GTEST_SKIP() << "the machine's classes may not be written";
+    RegCloseKey(Key);
+  }
+  { const TRawKey Users(u"Software\\Classes\\" + Name + u"\\A"); }
+
+  const auto Root = Host.Open(TRegRoot::ClassesRoot, u"", TRegAccess::Full).Key;
+  EXPECT_EQ(Root->Open(Name).Key->DeleteTree(u"A"), TRegStatus::Ok);
+  EXPECT_EQ(Subkeys(TRegRoot::CurrentUser), TNames());
+  EXPECT_EQ(Subkeys(TRegRoot::LocalMachine), (TNames{u"A", u"B"}));
+  { const TRawKey Users(u"Software\\Classes\\" + Name + u"\\C"); }
+  EXPECT_EQ(Root->DeleteTree(Name), TRegStatus::Ok);
+  EXPECT_EQ(Subkeys(TRegRoot::CurrentUser), TNames());
+  EXPECT_EQ(Subkeys(TRegRoot::LocalMachine), (TNames{u"A", u"B"}));
+  EXPECT_EQ(Root->DeleteTree(Name), TRegStatus::Ok);
+  EXPECT_EQ(Subkeys(TRegRoot::LocalMachine), TNames());
+  EXPECT_EQ(Root->DeleteTree(Name), TRegStatus::NotFound);
+}
+
+// ---- what the process keeps -----------------------------------------------------------
+
+TEST_F(Win32Registry, EveryHandleIsClosed) {
+  Registry->Load(u"[~\\One\\Two]\n\"x\"=\"1\"\n[~\\Tree\\A\\B]");
+  const auto Round = [&] {
+    Registry->Load(u"[~\\Tree\\A\\B]");
+    const auto Key = OpenKey();
+    const auto Below = Key->Open(u"One\\Two");
+    std::vector<std::u16string> Names;
+    TRegValueList List;
+    TRegCounts Counts;
+    EXPECT_EQ(Key->SubkeyNames(Names), TRegStatus::Ok);
+    EXPECT_EQ(Below.Key->Values(List), TRegStatus::Ok);
+    EXPECT_EQ(Key->Counts(Counts), TRegStatus::Ok);
+    EXPECT_EQ(Key->Open(u"missing").Status, TRegStatus::NotFound);
+    EXPECT_EQ(Key->DeleteTree(u"Tree"), TRegStatus::Ok);
+    // A root itself: what closes it must not close it for everybody.
+    for (const TRegRoot Root :
+         {TRegRoot::ClassesRoot, TRegRoot::CurrentUser, TRegRoot::LocalMachine, TRegRoot::Users}) {
+      const TRegOpened Opened = Registry->Host().Open(Root, u"");
+      ASSERT_EQ(Opened.Status, TRegStatus::Ok);
+      EXPECT_EQ(Opened.Key->SubkeyNames(Names), TRegStatus::Ok);
+      EXPECT_FALSE(Names.empty());
+    }
+  };
+  Round(); // the system opens some of its own once
+  const std::size_t Before = OpenHandles();
+  for (int Count = 0; Count < 100; ++Count)
+    Round();
+  EXPECT_LE(OpenHandles(), Before + 10);
+}
+
+TEST_F(Win32Registry, AHugeKeyIsReadCompletelyAndLeavesNothingBehind) {
+  constexpr std::size_t Many = 100'000;
+  {
+    const TRawKey Raw(Registry->Path());
+    for (std::size_t Number = 0; Number < Many; ++Number) {
+      // Names that ascend: Wine keeps them sorted, and inserting would take minutes.
+      std::u16string Name = ToDecimal(1'000'000 + Number);
+      ASSERT_EQ(Raw.Set(Wide(Name), REG_SZ, u"some text\0"), ERROR_SUCCESS);
+    }
+  }
+  const auto ReadAll = [&] {
+    TRegValueList List;
+    EXPECT_EQ(OpenKey()->Values(List), TRegStatus::Ok);
+    EXPECT_EQ(List.Count(), Many);
+  };
+  ReadAll();
+  const std::size_t Bytes = PrivateBytes().value();
+  for (int Count = 0; Count < 2; ++Count)
+    ReadAll();
+  EXPECT_LT(PrivateBytes().value(), Bytes + (1u << 20));
+}
+
+} // namespace
+} // namespace hivesweep
