@@ -1,0 +1,141 @@
+#include "engine/ProblemList.h"
+
+#include <algorithm>
+
+#include "platform/Text.h"
+
+namespace hivesweep {
+
+TItemInfo *TGroupItems::Add() { return Items_.emplace_back(std::make_unique<TItemInfo>()).get(); }
+
+void TGroupItems::Delete(const TItemInfo *Item) {
+  if (const std::int32_t Index = IndexOf(Item); Index >= 0)
+    Items_.erase(Items_.begin() + Index);
+}
+
+std::int32_t TGroupItems::IndexOf(const TItemInfo *Item) const {
+  const auto Found = std::find_if(Items_.begin(), Items_.end(),
+                                  [&](const auto &Owned) { return Owned.get() == Item; });
+  return Found == Items_.end() ? -1 : static_cast<std::int32_t>(Found - Items_.begin());
+}
+
+TItemInfo *TGroupItems::Get(std::int32_t Index) const {
+  return Index >= 0 && Index < Count() ? Items_[static_cast<std::size_t>(Index)].get() : nullptr;
+}
+
+TGroupItems *TListViewManage::AddGroup(std::u16string_view Name) {
+  ++Changes_;
+  return Groups_.emplace_back(std::make_unique<TGroupItems>(Name)).get();
+}
+
+TGroupItems *TListViewManage::FindGroup(std::u16string_view Name) const {
+  const auto Found = std::find_if(Groups_.begin(), Groups_.end(),
+                                  [&](const auto &Group) { return Group->GroupName == Name; });
+  return Found == Groups_.end() ? nullptr : Found->get();
+}
+
+TGroupItems *TListViewManage::GetGroup(std::int32_t Index) const {
+  return Index >= 0 && Index < GroupCount() ? Groups_[static_cast<std::size_t>(Index)].get()
+                                            : nullptr;
+}
+
+std::int32_t TListViewManage::TotalCount() const {
+  std::int32_t Total = 0;
+  for (const auto &Group : Groups_)
+    Total += Group->Count();
+  return Total;
+}
+
+std::int32_t TListViewManage::CheckedCount() const {
+  std::int32_t Checked = 0;
+  for (const auto &Group : Groups_)
+    for (std::int32_t Index = 0; Index < Group->Count(); ++Index)
+      Checked += Group->Get(Index)->Checked ? 1 : 0;
+  return Checked;
+}
+
+void TListViewManage::DeleteItem(const TItemInfo *Item) {
+  for (const auto &Group : Groups_) {
+    if (Group->IndexOf(Item) >= 0) {
+      ++Changes_;
+      Group->Delete(Item);
+      return;
+    }
+  }
+}
+
+void TListViewManage::BuildView(std::u16string_view Name) {
+  ViewItems_.clear();
+  const std::uint32_t Own = ++Changes_;
+  for (std::int32_t At = 0; const TGroupItems *Group = GetGroup(At); ++At) {
+    if (!Name.empty() && Group->GroupName != Name)
+      continue;
+    for (std::int32_t Index = 0; Index < Group->Count(); ++Index) {
+      ViewItems_.push_back(Group->Get(Index));
+      Messages_.Pump();
+      if (Changes_ != Own)
+        return;
+    }
+    if (!Name.empty())
+      return;
+  }
+}
+
+void TListViewManage::Clear() {
+  // The view first: it must never hold a problem that is gone.
+  ++Changes_;
+  ViewItems_.clear();
+  Groups_.clear();
+}
+
+bool TListViewManage::GetRow(std::int32_t Index, TProblemRow &Out) const {
+  Out = {};
+  if (Index < 0 || Index >= ViewCount())
+    return false;
+  TItemInfo &Item = *ViewItems_[static_cast<std::size_t>(Index)];
+  std::int32_t Image = 0;
+  for (const char16_t Digit : Item.ImageIndex)
+    Image = Image * 10 + (Digit - u'0');
+  Out = {Item.TypeName,   Item.RiskText,  Item.KeyPath, Item.Data,
+         Item.ImageIndex, Item.RiskImage, Image,        &Item};
+  return true;
+}
+
+void TListViewManage::CheckAll(bool Checked) {
+  for (TItemInfo *Item : ViewItems_)
+    Item->Checked = Checked;
+}
+
+void TListViewManage::SortBy(int Column) {
+  SortAscending_ = !SortAscending_;
+  if (Column < static_cast<int>(TProblemColumn::TypeName) ||
+      Column > static_cast<int>(TProblemColumn::KeyPath))
+    return;
+  const auto Text = [Column](const TItemInfo *Item) -> const std::u16string & {
+    switch (static_cast<TProblemColumn>(Column)) {
+    case TProblemColumn::TypeName:
+      return Item->TypeName;
+    case TProblemColumn::RiskText:
+      return Item->RiskText;
+    case TProblemColumn::KeyPath:
+      break;
+    }
+    return Item->KeyPath;
+  };
+  const auto Less = [](char16_t Left, char16_t Right) {
+    return AsciiUpper(Left) < AsciiUpper(Right);
+  };
+  std::sort(ViewItems_.begin(), ViewItems_.end(),
+            [&, Ascending = SortAscending_](const TItemInfo *Left, const TItemInfo *Right) {
+              const std::u16string &First = Text(Ascending ? Left : Right);
+              const std::u16string &Second = Text(Ascending ? Right : Left);
+              return std::lexicographical_compare(First.begin(), First.end(), Second.begin(),
+                                                  Second.end(), Less);
+            });
+}
+
+std::u16string CountCaption(std::int32_t Count) {
+  return Count == 0 ? std::u16string() : u"(" + ToDecimal(static_cast<std::uint64_t>(Count)) + u")";
+}
+
+} // namespace hivesweep

@@ -1,0 +1,72 @@
+#include "engine/ScanDisk.h"
+
+#include "engine/PathRules.h"
+#include "platform/Text.h"
+
+namespace hivesweep {
+
+namespace {
+
+// So many files are looked for one by one before a folder's names are taken.
+constexpr int LooksBeforeNames = 3;
+
+// A folder of more names than this would cost more than it saves.
+constexpr std::size_t MostNames = 20'000;
+
+} // namespace
+
+void TScanDisk::Forget() {
+  Types_.fill(std::nullopt);
+  Folders_.clear();
+}
+
+TDriveType TScanDisk::TypeOf(std::u16string_view Root) {
+  if (!IsDriveRoot(Root))
+    return TDriveType::NoRoot;
+  std::optional<TDriveType> &Type = Types_[static_cast<std::size_t>(AsciiUpper(Root[0]) - u'A')];
+  if (!Type)
+    Type = Drives_.TypeOf(Root);
+  return *Type;
+}
+
+bool TScanDisk::IsOnFixedDrive(std::u16string_view Path) {
+  return hivesweep::IsOnFixedDrive(*this, Path);
+}
+
+bool TScanDisk::NoSuchFile(std::u16string_view Path) {
+  const TPathState State = Look(Path);
+  return State == TPathState::Missing || State == TPathState::Folder;
+}
+
+bool TScanDisk::NoSuchFolder(std::u16string_view Path) {
+  const TPathState State = Look(Path);
+  return State == TPathState::Missing || State == TPathState::File;
+}
+
+TPathState TScanDisk::Look(std::u16string_view Path) {
+  LookupPath(Path, Whole_);
+  for (char16_t &Unit : Whole_)
+    Unit = UpperCase(Unit);
+  const std::size_t Break = Whole_.rfind(u'\\');
+  if (Break == std::u16string::npos || Break + 1 == Whole_.size())
+    return Files_.Look(Path);
+  const std::u16string_view FolderPath = std::u16string_view(Whole_).substr(0, Break);
+  auto Folder = Folders_.find(FolderPath);
+  if (Folder == Folders_.end())
+    Folder = Folders_.emplace(FolderPath, TFolder()).first;
+  if (++Folder->second.Looks == LooksBeforeNames + 1)
+    TakeNames(FolderPath, Folder->second);
+  const TNameMap<TPathState> &Names = Folder->second.Names;
+  const auto Known = Names.find(std::u16string_view(Whole_).substr(Break + 1));
+  return Known == Names.end() ? Files_.Look(Path) : Known->second;
+}
+
+void TScanDisk::TakeNames(std::u16string_view Path, TFolder &Folder) {
+  Files_.List(Path, [&](const TFolderEntry &Entry) {
+    Folder.Names.emplace(UpperCase(Entry.Name),
+                         Entry.IsFolder ? TPathState::Folder : TPathState::File);
+    return Folder.Names.size() < MostNames;
+  });
+}
+
+} // namespace hivesweep

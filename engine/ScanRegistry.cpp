@@ -1,0 +1,242 @@
+#include "engine/ScanRegistry.h"
+
+#include <algorithm>
+#include <exception>
+#include <iterator>
+#include <utility>
+
+#include "engine/PathRules.h"
+#include "engine/SafeLists.h"
+#include "platform/Text.h"
+
+namespace hivesweep {
+
+namespace {
+
+// Of the estimated work, so many steps more are kept for the end, where the bar
+// runs out while the user reads the result.
+std::int32_t RunOut(std::int32_t Work) { return (Work + 10) / 20; }
+
+// Sets a flag back at the end of a scope, whichever way it is left.
+class TBusy {
+public:
+  explicit TBusy(bool &Ready) : Ready_(Ready) { Ready_ = false; }
+  TBusy(const TBusy &) = delete;
+  TBusy &operator=(const TBusy &) = delete;
+  ~TBusy() { Ready_ = true; }
+
+private:
+  bool &Ready_;
+};
+
+} // namespace
+
+TScanRegistry::TScanRegistry(TPlatform &Platform, TListViewManage &Problems,
+                             TSettingsPaths Settings, std::span<const TScannerRow> Scanners,
+                             std::vector<std::u16string> Captions)
+    : Labels(std::move(Captions)),
+      ScannedAreaKeys(BuiltInScannedAreaKeys().begin(), BuiltInScannedAreaKeys().end()),
+      Platform_(Platform), Problems_(Problems), Settings_(std::move(Settings)), Scanners_(Scanners),
+      Disk_(*Platform.Files, *Platform.Drives),
+      IgnoreFile_(*Platform.Profiles, Settings_.IgnoreIni) {}
+
+std::int32_t TScanRegistry::StartScan(TWindowHandle Window, std::u16string_view AreaFlags,
+                                      TStatusLabel &StatusLabel, std::u16string_view Prefix,
+                                      TProgressBar &ProgressBar) {
+  if (!Ready)
+    return 0;
+  ScanPrefix = Prefix;
+  KindKey = 1;
+  KindValue = 2;
+  IsWow64 = QueryIsWow64(*Platform_.System);
+  return RunScan(Window, AreaFlags, ProgressBar, StatusLabel);
+}
+
+void TScanRegistry::ScanAndReport(TWindowHandle Window, std::u16string_view AreaFlags,
+                                  std::u16string_view Prefix, TProgressBar &ProgressBar,
+                                  TStatusLabel &StatusLabel, TStatusLabel &ResultLabel) {
+  const std::int32_t Count = StartScan(Window, AreaFlags, StatusLabel, Prefix, ProgressBar);
+  ResultLabel.SetText(ToDecimal(static_cast<std::uint64_t>(Count)) + u"  problem[s] found");
+}
+
+std::int32_t TScanRegistry::RunScan(TWindowHandle Window, std::u16string_view AreaFlags,
+                                    TProgressBar &ProgressBar, TStatusLabel &StatusLabel) {
+  // Scanners pump messages, so a second start can arrive in the middle of a scan.
+  if (!Ready)
+    return 0;
+  const TBusy Busy(Ready);
+  NotifyWindow = Window;
+  Stopped = false;
+  BackupText.clear();
+  AreaResults_.fill({});
+  ProtectedItems_.clear();
+  UnreadableKeys_.clear();
+  MakeBackupFolders();
+  WinDir = Platform_.Folders->Windows();
+  Disk_.Forget();
+  Filter_ = std::make_unique<TExclusionFilter>(*Platform_.Profiles, Settings_.MainIni, IgnoreFile_,
+                                               IsWow64);
+  const std::array<bool, AreaCount> Enabled = ReadAreaFlags(AreaFlags);
+
+  ProgressBar.SetPosition(0);
+  ProgressBar.SetMin(0);
+  const std::int32_t Work = EstimateWork();
+  Problems_.Clear();
+  ProgressBar.SetMax(Work + RunOut(Work));
+
+  std::int32_t Total = 0;
+  for (const TArea &Area : Areas) {
+    std::int32_t Count = 0;
+    if (Enabled[static_cast<std::size_t>(Area.Number) - 1]) {
+      Count = RunArea(Area, StatusLabel, ProgressBar);
+      const TAreaResult &Result = AreaResults_[static_cast<std::size_t>(Area.Number) - 1];
+      if (Result.Failure.empty())
+        Total += Count;
+    }
+    Platform_.Messages->Post(NotifyWindow, WM_AREA_SCANNED,
+                             static_cast<std::uintptr_t>(Area.Number), Count);
+  }
+
+  for (std::int32_t Step = 0; Step <= RunOut(Work); ++Step)
+    ProgressBar.Advance();
+  ProgressBar.SetMax(100);
+  Filter_.reset();
+  return Total;
+}
+
+// Earlier versions kept their backups beside the program, and tools of the suite
+// still expect these two folders there. Nothing is written into them.
+void TScanRegistry::MakeBackupFolders() {
+  const std::u16string Folder = Platform_.Folders->Program();
+  for (const std::u16string_view Name : {u"\\Backup\\", u"\\Backup\\Registry\\"}) {
+    const std::u16string Path = Folder + std::u16string(Name);
+    if (NoSuchFolder(*Platform_.Files, Path))
+      Platform_.Files->CreateFolder(Path);
+  }
+}
+
+std::array<bool, AreaCount> TScanRegistry::ReadAreaFlags(std::u16string_view AreaFlags) {
+  const auto Read = [this](std::u16string_view Key) {
+    return Settings_.MainIni.empty()
+               ? std::u16string(u"1")
+               : Platform_.Profiles->ReadString(Settings_.MainIni, u"RegistryOpt", Key, u"1");
+  };
+  std::array<bool, AreaCount> Enabled{};
+  for (const TArea &Area : Areas) {
+    const std::size_t Index = static_cast<std::size_t>(Area.Number) - 1;
+    // Text that ends too early leaves the areas behind it off.
+    Enabled[Index] = AreaFlags.empty()
+                         ? Trim(Read(Area.Switch)) == u"1"
+                         : AreaFlags.substr(std::min(Index, AreaFlags.size()), 1) == u"1";
+  }
+  LastFixFlag = Trim(Read(u"LastFix"));
+  return Enabled;
+}
+
+TRegCounts TScanRegistry::CountEntries(TRegRoot Root, std::u16string_view Path) {
+  TRegCounts Counts;
+  if (const TRegOpened Opened = Platform_.Registry->Open(Root, Path); Opened.Key)
+    Opened.Key->Counts(Counts);
+  return Counts;
+}
+
+std::int32_t TScanRegistry::CountSubkeys(TRegRoot Root, std::u16string_view Path) {
+  return static_cast<std::int32_t>(CountEntries(Root, Path).Subkeys);
+}
+
+std::int32_t TScanRegistry::CountComKeys() {
+  return CountSubkeys(TRegRoot::ClassesRoot, u"CLSID") +
+         CountSubkeys(TRegRoot::ClassesRoot, u"TypeLib");
+}
+
+std::int32_t TScanRegistry::CountSharedDlls() {
+  return static_cast<std::int32_t>(
+      CountEntries(TRegRoot::LocalMachine,
+                   u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\SharedDlls")
+          .Values);
+}
+
+std::int32_t TScanRegistry::EstimateWork() {
+  constexpr std::int32_t FixedSteps = 22; // of the scanners that advance once
+  return CountComKeys() + CountSharedDlls() +
+         CountSubkeys(TRegRoot::LocalMachine, u"SOFTWARE\\Classes") + FixedSteps;
+}
+
+std::int32_t TScanRegistry::RunArea(const TArea &Area, TStatusLabel &StatusLabel,
+                                    TProgressBar &ProgressBar) {
+  TAreaResult &Result = AreaResults_[static_cast<std::size_t>(Area.Number) - 1];
+  TGroupItems &Group = *Problems_.AddGroup(Area.GroupName);
+  Result.Scanned = true;
+  CurrentArea_ = Area.Number;
+  try {
+    for (const TScannerRow &Scanner : Scanners_)
+      if (Scanner.Area == Area.Number)
+        Result.Found += Scanner.Scan(*this, StatusLabel, ProgressBar, Group);
+  } catch (const std::exception &Failure) {
+    Result.Failure = FromUtf8(Failure.what());
+  } catch (...) {
+    Result.Failure = u"an unknown failure";
+  }
+  CurrentArea_ = 0;
+  Result.Listed = Group.Count();
+  if (Result.Failure.empty())
+    return Result.Listed;
+  // A broken-off area reports nothing; the deep scan, whose first pass alone may
+  // take minutes, what its finished passes found.
+  return Area.Number == DeepScanArea ? Result.Found : 0;
+}
+
+bool TScanRegistry::IsAllowed(std::u16string_view KeyPath, std::u16string_view ValueName,
+                              std::u16string_view Data) {
+  std::optional<TProtection> Protection = Filter_->Check(KeyPath, ValueName, Data);
+  if (!Protection)
+    return true;
+  if (CurrentArea_ != 0)
+    ++AreaResults_[static_cast<std::size_t>(CurrentArea_) - 1].Protected;
+  ProtectedItems_.push_back({CurrentArea_, std::u16string(KeyPath), std::u16string(ValueName),
+                             std::u16string(Data), std::move(*Protection)});
+  return false;
+}
+
+void TScanRegistry::Report(TGroupItems &Group, TFinding Finding) {
+  if (!IsAllowed(Finding.KeyPath, Finding.ValueName, Finding.Data))
+    return;
+  TItemInfo &Item = *Group.Add();
+  Item.TypeName = Caption(Finding.Label);
+  Item.KeyPath = std::move(Finding.KeyPath);
+  Item.ValueName = std::move(Finding.ValueName);
+  Item.Data = std::move(Finding.Data);
+  Item.ImageIndex = ToDecimal(static_cast<std::uint64_t>(Finding.Area));
+  Item.ItemKind = Finding.ItemKind;
+  std::move(Finding.BackupLines.begin(), Finding.BackupLines.end(), std::back_inserter(BackupText));
+}
+
+void TScanRegistry::NoteUnreadable(std::u16string_view KeyPath, TRegStatus Status) {
+  if (Status != TRegStatus::Ok && Status != TRegStatus::NotFound)
+    UnreadableKeys_.push_back({std::u16string(KeyPath), Status});
+}
+
+std::unique_ptr<TRegKey> TScanRegistry::OpenKey(TRegRoot Root, std::u16string_view Path) {
+  TRegistry Registry(*Platform_.Registry);
+  Registry.SetRoot(Root);
+  const TRegStatus Status = Registry.OpenKey(Path);
+  if (Status != TRegStatus::Ok)
+    NoteUnreadable(std::u16string(RegRootName(Root)) + (Path.starts_with(u'\\') ? u"" : u"\\") +
+                       std::u16string(Path),
+                   Status);
+  return Registry.ReleaseKey();
+}
+
+std::unique_ptr<TRegKey> TScanRegistry::OpenSubkey(TRegKey &Parent, std::u16string_view KeyPath,
+                                                   std::u16string_view Name) {
+  TRegOpened Opened = Parent.Open(Name);
+  if (Opened.Status != TRegStatus::Ok)
+    NoteUnreadable(std::u16string(KeyPath), Opened.Status);
+  return std::move(Opened.Key);
+}
+
+void TScanRegistry::ShowStatus(TStatusLabel &StatusLabel, TLabel Label) const {
+  StatusLabel.SetText(ScanPrefix + Caption(Label));
+}
+
+} // namespace hivesweep

@@ -1,0 +1,18 @@
+#include "repair/AppFrame.h"
+
+#include "platform/DiskFile.h"
+
+namespace hivesweep {
+
+TDataPaths DataPathsOf(const TAppFrame &Frame) {
+  const std::u16string Suite = Frame.UserAppDataFolder + u"\\Orvane\\Tallowmere V4\\";
+  return {Suite + u"Hivesweep\\Ignore.ini", Suite + u"Hivesweep\\backup\\",
+          Suite + u"Hivesweep\\Main.ini"};
+}
+
+TDataPaths DataPathsIn(std::u16string_view Folder) {
+  return {JoinPath(Folder, u"Ignore.ini"), JoinPath(JoinPath(Folder, u"backup"), u""),
+          JoinPath(Folder, u"Main.ini")};
+}
+
+} // namespace hivesweep

@@ -1,0 +1,136 @@
+#include <gtest/gtest.h>
+
+#include "engine/ProblemList.h"
+#include "engine/RiskGrading.h"
+#include "tests/engine/TestScan.h"
+
+namespace hivesweep {
+namespace {
+
+class TProblemListTest : public testing::Test {
+protected:
+  TItemInfo *Add(TGroupItems *Group, std::u16string_view Key, std::u16string_view Area = u"4") {
+    TItemInfo *Item = Group->Add();
+    Item->KeyPath = Key;
+    Item->ImageIndex = Area;
+    return Item;
+  }
+  std::u16string ViewKeys() const {
+    std::u16string Keys;
+    for (const TItemInfo *Item : List.ViewItems())
+      Keys += Item->KeyPath + u" ";
+    return Keys;
+  }
+
+  TTestMessages Messages;
+  TListViewManage List{Messages};
+};
+
+TEST_F(TProblemListTest, GroupsAreFoundByTheirExactNameAndSurviveEmpty) {
+  TGroupItems *Two = List.AddGroup(u"2");
+  List.AddGroup(u"02");
+  TItemInfo *Item = Add(Two, u"a");
+  EXPECT_TRUE(Item->Checked);
+  EXPECT_EQ(List.FindGroup(u"2"), Two);
+  EXPECT_EQ(List.FindGroup(u" 2"), nullptr);
+  EXPECT_EQ(List.FindGroup(u"02")->Count(), 0);
+  EXPECT_EQ(List.GetGroup(2), nullptr);
+  EXPECT_EQ(List.GetGroup(-1), nullptr);
+  EXPECT_EQ(Two->Get(-1), nullptr);
+  EXPECT_EQ(Two->Get(1), nullptr);
+  TItemInfo Stranger;
+  List.DeleteItem(&Stranger);
+  EXPECT_EQ(List.TotalCount(), 1);
+  List.DeleteItem(Item);
+  EXPECT_EQ(List.TotalCount(), 0);
+  EXPECT_EQ(CountCaption(0), u"");
+  EXPECT_EQ(CountCaption(12), u"(12)");
+}
+
+TEST_F(TProblemListTest, TheViewShowsOneGroupOrAll) {
+  Add(List.AddGroup(u"3"), u"a");
+  TGroupItems *Four = List.AddGroup(u"4");
+  Add(Four, u"b");
+  Add(Four, u"c")->RiskImage = 19;
+  List.BuildView(u"");
+  EXPECT_EQ(ViewKeys(), u"a b c ");
+  EXPECT_EQ(Messages.Pumps, 3);
+  List.BuildView(u"5");
+  EXPECT_EQ(ViewKeys(), u"");
+  List.BuildView(u"4");
+  EXPECT_EQ(ViewKeys(), u"b c ");
+  TProblemRow Row;
+  ASSERT_TRUE(List.GetRow(1, Row));
+  EXPECT_EQ(Row.KeyPath, u"c");
+  EXPECT_EQ(Row.Image, 4);
+  EXPECT_EQ(Row.RiskImage, 19);
+  EXPECT_FALSE(List.GetRow(2, Row));
+  EXPECT_FALSE(List.GetRow(-1, Row));
+  EXPECT_EQ(Row.Item, nullptr);
+  // Only what is in view changes its selection.
+  List.CheckAll(false);
+  EXPECT_EQ(List.CheckedCount(), 1);
+}
+
+TEST_F(TProblemListTest, AViewUnderConstructionSurvivesWhatHandlersDo) {
+  TGroupItems *Group = List.AddGroup(u"3");
+  Add(Group, u"a");
+  Add(Group, u"b");
+  int Calls = 0;
+  Messages.OnPump = [&] {
+    if (++Calls == 1)
+      List.Clear();
+  };
+  List.BuildView(u"");
+  EXPECT_EQ(List.ViewCount(), 0);
+
+  Group = List.AddGroup(u"3");
+  Add(Group, u"c");
+  Add(List.AddGroup(u"4"), u"d");
+  Calls = 0;
+  Messages.OnPump = [&] {
+    if (++Calls == 1)
+      List.BuildView(u"4");
+  };
+  List.BuildView(u"");
+  EXPECT_EQ(ViewKeys(), u"d ");
+}
+
+TEST_F(TProblemListTest, OneFlagTurnsTheOrderWhateverTheColumn) {
+  TGroupItems *Group = List.AddGroup(u"3");
+  for (const std::u16string_view Key : {u"b", u"_", u"C", u"\u00E9", u"a", u"\u00C9", u"Z"})
+    Add(Group, Key)->TypeName = Key == u"a" ? u"x" : u"y";
+  List.BuildView(u"");
+  List.SortBy(2);
+  // Small letters count as the capitals, which stand before "_"; others by code.
+  EXPECT_EQ(ViewKeys(), u"a b C Z _ \u00C9 \u00E9 ");
+  List.SortBy(2);
+  EXPECT_EQ(ViewKeys(), u"\u00E9 \u00C9 _ Z C b a ");
+  List.SortBy(0);
+  EXPECT_EQ(List.ViewItems().front()->KeyPath, u"a") << "ascending again";
+  List.SortBy(3); // no column: turns the flag and leaves the order
+  EXPECT_EQ(List.ViewItems().front()->KeyPath, u"a");
+  List.SortBy(0);
+  EXPECT_EQ(List.ViewItems().front()->KeyPath, u"a");
+}
+
+TEST_F(TProblemListTest, RiskIsThatOfTheArea) {
+  TGroupItems *Group = List.AddGroup(u"any");
+  for (int Area = 1; Area <= 17; ++Area)
+    Add(Group, u"key", ToDecimal(static_cast<std::uint64_t>(Area)));
+  Add(Group, u"ignored", u"1");
+  Add(Group, u"key", u"01");
+  List.BuildView(u"");
+  const auto IsIgnored = [](std::u16string_view Key) { return Key == u"ignored"; };
+  EXPECT_EQ(GradeRisks(List, {}, IsIgnored), 15);
+  std::u16string Risks;
+  for (const TItemInfo *Item : List.ViewItems())
+    Risks += (Item->RiskText.empty() ? u"?" : Item->RiskText.substr(0, 1)) +
+             (Item->Checked ? u"+" : u"-") +
+             ToDecimal(static_cast<std::uint64_t>(Item->RiskImage)) + u" ";
+  EXPECT_EQ(Risks, u"H-20 M+19 H-20 L+18 L+18 L+18 L+18 L+18 M+19 L+18 L+18 M+19 L+18 M+19 L+18 "
+                   u"L+18 H-20 ?+0 L+18 ");
+}
+
+} // namespace
+} // namespace hivesweep

@@ -1,0 +1,99 @@
+#include <gtest/gtest.h>
+
+#include "engine/ScanDisk.h"
+#include "tests/engine/TestScan.h"
+
+namespace hivesweep {
+namespace {
+
+// The files of a machine in memory, with every question counted.
+class TCountedFiles final : public TFileSystem {
+public:
+  explicit TCountedFiles(TFileSystem &Files) : Files_(Files) {}
+  TPathState Look(std::u16string_view Path) override {
+    ++Looks;
+    return Files_.Look(Path);
+  }
+  bool List(std::u16string_view Folder,
+            const std::function<bool(const TFolderEntry &Entry)> &Take) override {
+    ++Lists;
+    return Files_.List(Folder, Take);
+  }
+  bool CreateFolder(std::u16string_view Path) override { return Files_.CreateFolder(Path); }
+  void *DisableRedirection() override { return Files_.DisableRedirection(); }
+  void RevertRedirection(void *Saved) override { Files_.RevertRedirection(Saved); }
+
+  int Looks = 0;
+  int Lists = 0;
+
+private:
+  TFileSystem &Files_;
+};
+
+class TCountedDrives final : public TDrives {
+public:
+  TDriveType TypeOf(std::u16string_view Root) override {
+    ++Asked;
+    return AsciiUpper(Root[0]) == u'C' ? TDriveType::Fixed : TDriveType::Network;
+  }
+  int Asked = 0;
+};
+
+TEST(ScanDisk, AsksForEachDriveOnce) {
+  TPlatform Platform = MakeMemoryPlatform(nullptr, {});
+  TCountedDrives Drives;
+  TScanDisk Disk(*Platform.Files, Drives);
+  for (int Round = 0; Round < 3; ++Round) {
+    EXPECT_TRUE(Disk.IsOnFixedDrive(u"C:\\a"));
+    EXPECT_TRUE(Disk.IsOnFixedDrive(u"c:/b"));
+    EXPECT_FALSE(Disk.IsOnFixedDrive(u"N:\\a"));
+    EXPECT_FALSE(Disk.IsOnFixedDrive(u"nothing"));
+  }
+  EXPECT_EQ(Drives.Asked, 2);
+  Disk.Forget();
+  Disk.IsOnFixedDrive(u"C:\\a");
+  EXPECT_EQ(Drives.Asked, 3) << "a new scan asks again";
+}
+
+TEST(ScanDisk, TakesAFoldersNamesOnceAndNeverReportsOnTheirWord) {
+  TMachine Machine;
+  for (std::uint64_t File = 0; File < 50; ++File)
+    Machine.Files.push_back(u"C:\\Dir\\Sub\\f\u00E9 " + ToDecimal(File) + u".dll");
+  Machine.Files.emplace_back(u"C:\\Dir\\Sub\\folder\\");
+  TPlatform Platform = MakeMemoryPlatform(nullptr, Machine);
+  TCountedFiles Files(*Platform.Files);
+  TScanDisk Disk(Files, *Platform.Drives);
+  for (std::uint64_t File = 0; File < 50; ++File) {
+    const std::u16string Name = u"F\u00C9 " + ToDecimal(File) + u".DLL";
+    EXPECT_FALSE(Disk.NoSuchFile(u"c:/dir\\\\SUB\\x\\..\\" + Name + u". "));
+    EXPECT_TRUE(Disk.NoSuchFolder(u"C:\\Dir\\Sub\\" + Name));
+  }
+  EXPECT_EQ(Files.Lists, 1);
+  EXPECT_EQ(Files.Looks, 3);
+  EXPECT_TRUE(Disk.NoSuchFile(u"C:\\Dir\\Sub\\folder"));
+  EXPECT_FALSE(Disk.NoSuchFolder(u"C:\\Dir\\Sub\\folder\\"));
+  EXPECT_EQ(Files.Looks, 3);
+
+  // A file that has come since the names were taken: a problem would be wrong.
+  for (int Round = 0; Round < 2; ++Round)
+    EXPECT_TRUE(Disk.NoSuchFile(u"C:\\Dir\\Sub\\late"));
+  EXPECT_EQ(Files.Looks, 5) << "each missing one is asked for itself";
+  ASSERT_TRUE(Platform.Files->CreateFolder(u"C:\\Dir\\Sub\\late"));
+  EXPECT_FALSE(Disk.NoSuchFolder(u"C:\\Dir\\Sub\\late"));
+}
+
+TEST(ScanDisk, WhatCannotBeLookedAtIsNotMissing) {
+  TMachine Machine;
+  Machine.Unreadable = {u"C:\\locked"};
+  TPlatform Platform = MakeMemoryPlatform(nullptr, Machine);
+  TScanDisk Disk(*Platform.Files, *Platform.Drives);
+  for (int Round = 0; Round < 10; ++Round) {
+    EXPECT_FALSE(Disk.NoSuchFile(u"C:\\locked\\a"));
+    EXPECT_FALSE(Disk.NoSuchFolder(u"C:\\locked"));
+    EXPECT_FALSE(Disk.NoSuchFolder(u"C:\\"));
+    EXPECT_TRUE(Disk.NoSuchFile(u"C:\\gone?"));
+  }
+}
+
+} // namespace
+} // namespace hivesweep

@@ -1,0 +1,242 @@
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "platform/DiskFile.h"
+#include "repair/AppFrame.h"
+#include "tests/engine/TestScan.h"
+
+namespace hivesweep {
+namespace {
+
+constexpr std::u16string_view AllAreas = u"11111111111111111";
+
+// A scanner of ten entries, all problems; what its filter would protect is the third.
+std::int32_t ScanTen(TScanRegistry &Engine, TStatusLabel &StatusLabel, TProgressBar &ProgressBar,
+                     TGroupItems &Group) {
+  ProgressBar.Advance();
+  Engine.ShowStatus(StatusLabel, TLabel::Font);
+  std::int32_t Found = 0;
+  for (char16_t Entry = u'0'; Entry <= u'9' && !Engine.Stopped; ++Entry) {
+    Engine.Pump();
+    ++Found;
+    Engine.Report(Group, {.Label = TLabel::Font,
+                          .Area = Engine.CurrentArea(),
+                          .KeyPath = u"HKEY_LOCAL_MACHINE\\Software\\Test",
+                          .ValueName = Entry == u'2' ? u"Norton" : std::u16string(1, Entry),
+                          .Data = u"C:\\gone.ttf",
+                          .ItemKind = Engine.KindValue,
+                          .BackupLines = {u"line " + std::u16string(1, Entry)}});
+  }
+  return Found;
+}
+
+std::int32_t ScanAndThrow(TScanRegistry &Engine, TStatusLabel &StatusLabel,
+                          TProgressBar &ProgressBar, TGroupItems &Group) {
+  ScanTen(Engine, StatusLabel, ProgressBar, Group);
+  throw std::runtime_error("broken hive");
+}
+
+constexpr TScannerRow Tens[] = {
+    {2, u"ScanTen", ScanTen},
+    {3, u"ScanTen", ScanTen},
+    {4, u"ScanTen", ScanTen},
+    {4, u"ScanTen", ScanTen}, // two scanners of one area
+};
+
+std::vector<std::intptr_t> PostedCounts(const TTestScan &Scan) {
+  std::vector<std::intptr_t> Counts;
+  for (std::size_t Index = 0; Index < Scan.Messages->Posts.size(); ++Index) {
+    const TPost &Post = Scan.Messages->Posts[Index];
+    EXPECT_EQ(Post.Window, TTestScan::Window);
+    EXPECT_EQ(Post.Message, 0x050Cu);
+    EXPECT_EQ(Post.WParam, Index % AreaCount + 1);
+    Counts.push_back(Post.LParam);
+  }
+  return Counts;
+}
+
+TEST(ScanDriver, RunsTheSwitchedAreasAndPostsOneMessageForEach) {
+  static const struct {
+    const char *Why;
+    std::u16string_view Flags;
+    std::vector<std::intptr_t> Posts;
+  } Cases[] = {
+      {"all", AllAreas, {0, 9, 9, 18, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
+      {"only area 1, which finds nothing",
+       u"10000000000000000",
+       {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
+      {"a text that ends early switches the rest off",
+       u"01",
+       {0, 9, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
+      {"nothing but 1 is on",
+       u"0y110000000000000",
+       {0, 0, 9, 18, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
+  };
+  for (const auto &C : Cases) {
+    TTestScan Scan(MemoryRegistry(u""), {}, Tens);
+    std::intptr_t Total = 0;
+    for (const std::intptr_t Count : C.Posts)
+      Total += Count;
+    EXPECT_EQ(Scan.Scan(C.Flags), Total) << C.Why;
+    EXPECT_EQ(PostedCounts(Scan), C.Posts) << C.Why;
+  }
+}
+
+TEST(ScanDriver, TakesTheFlagsFromTheSettingsFileWhenItIsGivenNone) {
+  const TScratchFolder Folder;
+  const TDataPaths Paths = DataPathsIn(Folder.Path());
+  // Anything but "1" is off; names match without regard to case; what the file does
+  // not mention is on, the deep scan too.
+  ASSERT_EQ(WriteWholeFile(Paths.MainIniPath,
+                           "[registryopt]\r\napp = 0\r\nFiletypes=true\r\n"
+                           "Fonts= 1 \r\nHelp=\r\nLastFix=07/15/2009 14:30:05\r\n"),
+            u"");
+  TTestScan Scan(MemoryRegistry(u""), {}, Tens, {Paths.MainIniPath, Paths.IgnoreIniPath});
+  EXPECT_EQ(Scan.Scan(u""), 18);
+  const auto &Areas = Scan.Engine->AreaResults();
+  EXPECT_FALSE(Areas[1].Scanned);
+  EXPECT_FALSE(Areas[2].Scanned);
+  EXPECT_TRUE(Areas[3].Scanned);
+  EXPECT_FALSE(Areas[4].Scanned);
+  EXPECT_TRUE(Areas[16].Scanned);
+  EXPECT_EQ(Scan.Engine->LastFixFlag, u"07/15/2009 14:30:05");
+
+  TTestScan Without(MemoryRegistry(u""), {}, Tens);
+  EXPECT_EQ(Without.Scan(u""), 36);
+  EXPECT_TRUE(Without.Engine->AreaResults()[16].Scanned);
+}
+
+TEST(ScanDriver, CountsWhatTheFilterHoldsBackAndSaysWhy) {
+  TTestScan Scan(MemoryRegistry(u""), {}, Tens);
+  EXPECT_EQ(Scan.Scan(AllAreas), 36);
+  const TAreaResult &Area = Scan.Engine->AreaResults()[3];
+  EXPECT_EQ(Area.Found, 20);
+  EXPECT_EQ(Area.Listed, 18);
+  EXPECT_EQ(Area.Protected, 2);
+  ASSERT_EQ(Scan.Engine->ProtectedItems().size(), 4u);
+  const TProtectedItem &Item = Scan.Engine->ProtectedItems()[0];
+  EXPECT_EQ(Item.Area, 2);
+  EXPECT_EQ(Item.ValueName, u"Norton");
+  EXPECT_EQ(Item.Protection.RuleText(), u"AnyFieldWords: norton");
+  // A protected entry leaves no backup line either.
+  EXPECT_EQ(Scan.Engine->BackupText.size(), 36u);
+  EXPECT_EQ(Scan.Status.Texts[0], u"Scanning...Invalid Font");
+}
+
+TEST(ScanDriver, StopsAtTheNextEntryAndKeepsWhatWasFound) {
+  TTestScan Scan(MemoryRegistry(u""), {}, Tens);
+  Scan.Engine->Stop(); // before a scan: without effect
+  Scan.Messages->OnPump = [&] {
+    if (Scan.Messages->Pumps == 15)
+      Scan.Engine->Stop();
+  };
+  EXPECT_EQ(Scan.Scan(AllAreas), 13);
+  // The areas behind it run and find nothing.
+  const std::vector<std::intptr_t> Counts = PostedCounts(Scan);
+  ASSERT_EQ(Counts.size(), AreaCount);
+  EXPECT_EQ(Counts[1], 9);
+  EXPECT_EQ(Counts[2], 4);
+  EXPECT_EQ(Counts[3], 0);
+  EXPECT_EQ(Scan.Messages->Pumps, 15);
+  EXPECT_TRUE(Scan.Engine->Ready);
+}
+
+TEST(ScanDriver, RefusesASecondScanWhileOneRuns) {
+  TTestScan Scan(MemoryRegistry(u""), {}, Tens);
+  int Refused = 0;
+  Scan.Messages->OnPump = [&] {
+    TTestLabel Label;
+    TTestProgress Progress;
+    const std::int32_t Before = Scan.Problems->TotalCount();
+    EXPECT_EQ(Scan.Engine->StartScan(1, AllAreas, Label, u"other", Progress), 0);
+    EXPECT_EQ(Scan.Engine->RunScan(1, AllAreas, Progress, Label), 0);
+    EXPECT_EQ(Scan.Problems->TotalCount(), Before);
+    EXPECT_TRUE(Progress.States.empty());
+    ++Refused;
+  };
+  EXPECT_EQ(Scan.Scan(AllAreas), 36);
+  EXPECT_EQ(Refused, 40);
+  EXPECT_EQ(PostedCounts(Scan).size(), AreaCount);
+}
+
+TEST(ScanDriver, GoesOnBehindABrokenArea) {
+  static constexpr TScannerRow Rows[] = {
+      {2, u"ScanAndThrow", ScanAndThrow},
+      {4, u"ScanTen", ScanTen},
+      {17, u"ScanTen", ScanTen},
+      {17, u"ScanAndThrow", ScanAndThrow},
+  };
+  TTestScan Scan(MemoryRegistry(u""), {}, Rows);
+  EXPECT_EQ(Scan.Scan(AllAreas), 9);
+  const std::vector<std::intptr_t> Counts = PostedCounts(Scan);
+  EXPECT_EQ(Counts[1], 0);
+  EXPECT_EQ(Counts[3], 9);
+  EXPECT_EQ(Counts[16], 10) << "the deep scan reports what its finished passes found";
+  // What the broken areas had listed stays in the list.
+  EXPECT_EQ(Scan.Problems->FindGroup(u"3")->Count(), 9);
+  EXPECT_EQ(Scan.Problems->FindGroup(u"18")->Count(), 18);
+  EXPECT_EQ(Scan.Engine->AreaResults()[1].Failure, u"broken hive");
+  EXPECT_EQ(Scan.Engine->AreaResults()[3].Failure, u"");
+  EXPECT_TRUE(Scan.Engine->Ready);
+}
+
+TEST(ScanDriver, StartsEachScanAfresh) {
+  TTestScan Scan(MemoryRegistry(u""), {}, Tens);
+  for (int Round = 0; Round < 3; ++Round) {
+    EXPECT_EQ(Scan.Scan(TTestScan::Only(2)), 9);
+    EXPECT_EQ(Scan.Problems->TotalCount(), 9);
+    EXPECT_EQ(Scan.Problems->GroupCount(), 1);
+    EXPECT_EQ(Scan.Engine->BackupText.size(), 9u);
+    EXPECT_EQ(Scan.Engine->ProtectedItems().size(), 1u);
+    EXPECT_EQ(Scan.Engine->AreaResults()[1].Found, 10);
+  }
+}
+
+TEST(ScanDriver, SizesTheBarByTheLargeKeysAndRunsItOut) {
+  TTestScan Scan(
+      MemoryRegistry(u"[HKEY_CLASSES_ROOT\\CLSID\\{1}]\n[HKEY_CLASSES_ROOT\\CLSID\\{2}]\n"
+                     u"[HKEY_CLASSES_ROOT\\TypeLib\\{3}]\n"
+                     u"[HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion"
+                     u"\\SharedDLLs]\n\"a\"=dword:1\n\"b\"=dword:1\n\"c\"=dword:1\n"));
+  EXPECT_EQ(Scan.Engine->CountComKeys(), 3);
+  EXPECT_EQ(Scan.Engine->CountSharedDlls(), 3);
+  Scan.Scan(AllAreas);
+  // 3 COM keys, 3 counters, the 2 names below the machine's classes and 22 steps are
+  // 30 of work, and 2 more to run out.
+  const auto &States = Scan.Progress.States;
+  EXPECT_EQ(States.front().first, 0);
+  EXPECT_NE(std::find(States.begin(), States.end(), std::pair(0, 32)), States.end());
+  EXPECT_EQ(States.back(), std::pair(3, 100)) << "one step, then one for each of the two";
+}
+
+TEST(ScanDriver, MakesTheOldBackupFoldersAndWritesTheResult) {
+  TTestScan Scan(MemoryRegistry(u""), {}, Tens);
+  ASSERT_TRUE(CreateFolderPath(*Scan.Platform.Files, Scan.Platform.Folders->Program()));
+  TTestLabel Result;
+  Scan.Engine->ScanAndReport(1, TTestScan::Only(3), u"", Scan.Progress, Scan.Status, Result);
+  EXPECT_EQ(Result.Texts, std::vector<std::u16string>{u"9  problem[s] found"});
+  EXPECT_EQ(Scan.Platform.Files->Look(Scan.Platform.Folders->Program() + u"Backup\\Registry"),
+            TPathState::Folder);
+  EXPECT_EQ(Scan.Problems->FindGroup(u"4")->Get(0)->ItemKind, 2);
+  EXPECT_EQ(Scan.Problems->FindGroup(u"4")->Get(0)->ImageIndex, u"3");
+}
+
+TEST(ScanDriver, HearsOfAKeyThatIsIgnoredWhileItScans) {
+  const TScratchFolder Folder;
+  const TDataPaths Paths = DataPathsIn(Folder.Path());
+  TTestScan Scan(MemoryRegistry(u""), {}, Tens, {Paths.MainIniPath, Paths.IgnoreIniPath});
+  Scan.Messages->OnPump = [&] {
+    if (Scan.Messages->Pumps == 15) {
+      EXPECT_EQ(WriteWholeFile(Paths.IgnoreIniPath,
+                               "[Registry]\r\nHKEY_LOCAL_MACHINE\\Software\\Test=x\r\n"),
+                u"");
+    }
+  };
+  EXPECT_EQ(Scan.Scan(AllAreas), 12);
+  EXPECT_EQ(Scan.Engine->ProtectedItems().back().Protection.RuleText(),
+            u"Ignore.ini: HKEY_LOCAL_MACHINE\\Software\\Test");
+}
+
+} // namespace
+} // namespace hivesweep

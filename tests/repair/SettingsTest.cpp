@@ -1,0 +1,131 @@
+#include <gtest/gtest.h>
+
+#include "platform/DiskFile.h"
+#include "repair/ExtIniFile.h"
+#include "repair/RegistryClean.h"
+#include "repair/SettingsLock.h"
+#include "tests/engine/TestScan.h"
+
+namespace hivesweep {
+namespace {
+
+TEST(ExtIniFile, KeepsWhatCountsOfAText) {
+  TExtIniFile File;
+  File.LoadFromLines(SplitLines(u"lost=1\n ; comment\n[ Main ]\n  Name =  text = more \n"
+                                u";x=1\nplain\n[Empty]\n[main]\nname=second\nOther=\n[broken\n"));
+  using TLines = std::vector<std::u16string>;
+  EXPECT_EQ(File.ReadSections(), (TLines{u"Main", u"Empty"}));
+  EXPECT_EQ(File.ReadSectionValues(u"MAIN"),
+            (TLines{u"Name=text = more", u"plain", u"name=second", u"Other=", u"[broken"}));
+  EXPECT_EQ(File.ReadSection(u"main"), (TLines{u"Name", u"name", u"Other"}));
+  EXPECT_EQ(File.ReadSection(u"none"), TLines());
+  EXPECT_EQ(File.ReadString(u"main", u"NAME", u"d"), u"text = more") << "the first counts";
+  EXPECT_EQ(File.ReadString(u"main", u"other", u"d"), u"") << "empty is not missing";
+  EXPECT_EQ(File.ReadString(u"main", u"plain", u"d"), u"d");
+  EXPECT_EQ(File.ReadString(u"main", u"", u"d"), u"d");
+  EXPECT_EQ(File.ReadString(u"none", u"name", u"d"), u"d");
+}
+
+TEST(ExtIniFile, IsChangedInMemory) {
+  TExtIniFile File;
+  File.WriteString(u"A", u"x", u"1");
+  File.WriteString(u"a", u"X", u"2");
+  File.WriteString(u"a", u"y", u"3");
+  using TLines = std::vector<std::u16string>;
+  EXPECT_EQ(File.ReadSectionValues(u"A"), (TLines{u"X=2", u"y=3"}));
+  File.DeleteKey(u"A", u"x");
+  File.DeleteKey(u"A", u"none");
+  File.DeleteKey(u"none", u"y");
+  EXPECT_EQ(File.ReadSectionValues(u"A"), TLines{u"y=3"});
+  EXPECT_EQ(File.ReadSections(), TLines{u"A"}) << "deleting in a missing section adds none";
+  File.EraseSection(u"a");
+  EXPECT_EQ(File.ReadString(u"A", u"y", u"gone"), u"gone");
+}
+
+TPlatform DataMachine() {
+  TMachine Machine;
+  Machine.AppData = u"C:\\Users\\me\\AppData";
+  return MakeMemoryPlatform(MemoryRegistry(u""), Machine);
+}
+
+TEST(DataFolders, AreMadeBelowTheUsersApplicationData) {
+  TPlatform Platform = DataMachine();
+  const TRegistryClean Clean(Platform);
+  const std::u16string Data = u"C:\\Users\\me\\AppData\\Orvane\\Tallowmere V4\\Hivesweep\\";
+  EXPECT_EQ(Clean.Paths.MainIniPath, Data + u"Main.ini");
+  EXPECT_EQ(Clean.Paths.IgnoreIniPath, Data + u"Ignore.ini");
+  EXPECT_EQ(Clean.Paths.BackupFolderPath, Data + u"backup\\");
+  EXPECT_EQ(Platform.Files->Look(Data + u"backup"), TPathState::Folder);
+  EXPECT_EQ(Platform.Files->Look(u"C:\\Users\\me\\AppData\\Orvnae"), TPathState::Missing)
+      << "that name is only tested";
+}
+
+TEST(DataFolders, ABackupFolderIsMadeUnlessTheTransposedNameIsThere) {
+  // The test before the creation looks for another name than it then creates.
+  TPlatform Platform = DataMachine();
+  ASSERT_TRUE(CreateFolderPath(
+      *Platform.Files, u"C:\\Users\\me\\AppData\\Orvnae\\Tallowmere V4\\Hivesweep\\backup"));
+  const TRegistryClean Clean(Platform);
+  EXPECT_EQ(Platform.Files->Look(Clean.Paths.BackupFolderPath), TPathState::Missing);
+}
+
+class TTestAreaList final : public TAreaList {
+public:
+  void SetChecked(int Row, bool Checked) override {
+    if (!Checked)
+      Off += ToDecimal(static_cast<std::uint64_t>(Row)) + u" ";
+    ++Rows;
+  }
+  std::u16string Off;
+  int Rows = 0;
+};
+
+TEST(Settings, SwitchesAreOnButForTheDeepScan) {
+  const TScratchFolder Folder;
+  const std::u16string Ini = DataPathsIn(Folder.Path()).MainIniPath;
+  TPlatform Local = MakeLocalServices();
+  static const struct {
+    const char *Why;
+    const char *Text;
+    std::u16string_view Off;
+  } Cases[] = {
+      {"no settings", "", u"16 "},
+      {"the key in lower case", "[RegistryOpt]\r\nmui=0\r\n", u"12 16 "},
+      {"and in capitals, as it is written", "[RegistryOpt]\r\nMUI=0\r\n", u"12 16 "},
+      {"any number but 0 is on", "[RegistryOpt]\r\nOpenscan=7\r\nApp=-1\r\nHelp=00\r\n", u"4 "},
+      {"what is no number is as missing", "[RegistryOpt]\r\nOpenscan=yes\r\nApp=no\r\n", u"16 "},
+      {"another section", "[Other]\r\nApp=0\r\n", u"16 "},
+  };
+  for (const auto &C : Cases) {
+    ASSERT_EQ(WriteWholeFile(Ini, C.Text), u"");
+    const TAreaSwitches Switches = ReadAreaSwitches(*Local.Profiles, Ini);
+    std::u16string Off;
+    for (std::size_t Row = 0; Row < Switches.size(); ++Row)
+      Off += Switches[Row] ? u"" : ToDecimal(Row) + u" ";
+    EXPECT_EQ(Off, C.Off) << C.Why;
+  }
+  // Without any file, through the list of check boxes.
+  TPlatform Platform = DataMachine();
+  TTestAreaList List;
+  TRegistryClean(Platform).LoadAreaSwitches(List);
+  EXPECT_EQ(List.Off, u"16 ");
+  EXPECT_EQ(List.Rows, 17);
+}
+
+TEST(Settings, TheSummaryOfNothing) {
+  TPlatform Platform = DataMachine();
+  TTestLabel Scan, Clean, Total;
+  TRegistryClean(Platform).LoadSummary(Scan, Clean, Total, u"None");
+  EXPECT_EQ(Scan.Texts.back(), u"None");
+  EXPECT_EQ(Clean.Texts.back(), u"None");
+  EXPECT_EQ(Total.Texts.back(), u"0");
+}
+
+TEST(Settings, TheLockIsOneAndIsLeftAgain) {
+  EXPECT_EQ(&SettingsLock(), &SettingsLock());
+  for (int Round = 0; Round < 2; ++Round)
+    const TLockGuard Guard(SettingsLock());
+}
+
+} // namespace
+} // namespace hivesweep
