@@ -1,0 +1,31 @@
+// How a run of the command line ends.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace hivesweep {
+
+enum class TExitCode : int {
+  Done = 0,
+  WrongUse = 2,
+  Failed = 3, // nothing could be read or written
+  Interrupted = 130,
+};
+
+// Ends the command. The message, in UTF-8, goes to standard error.
+class TFailure : public std::runtime_error {
+public:
+  TFailure(TExitCode ExitCode, const std::string &Message)
+      : std::runtime_error(Message), Code(ExitCode) {}
+
+  const TExitCode Code;
+};
+
+// The message names the wrong word and what was expected.
+class TWrongUse : public TFailure {
+public:
+  explicit TWrongUse(const std::string &Message) : TFailure(TExitCode::WrongUse, Message) {}
+};
+
+} // namespace hivesweep

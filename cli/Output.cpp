@@ -1,0 +1,36 @@
+#include "cli/Output.h"
+
+#include "cli/Failure.h"
+#include "cli/TerminalText.h"
+#include "platform/DiskFile.h"
+#include "platform/Text.h"
+
+namespace hivesweep {
+
+void WriteOutput(TCliConsole &Console, std::string_view Utf8) {
+  if (!Console.Write(TConsoleStream::Output, Utf8))
+    throw TFailure(TExitCode::Failed, "standard output: could not be written");
+}
+
+void WriteResult(TCliConsole &Console, const std::optional<std::string> &File,
+                 std::string_view Utf8) {
+  if (!File)
+    return WriteOutput(Console, Utf8);
+  if (const TDiskError Error = WriteWholeFile(FromUtf8(*File), Utf8); !Error.empty())
+    throw TFailure(TExitCode::Failed, *File + ": could not be written: " + ToUtf8(Error));
+}
+
+void Complain(TCliConsole &Console, std::string_view Utf8) {
+  // There is no better place to tell that this could not be told.
+  Console.Write(TConsoleStream::Error,
+                "hivesweep-cli: " + ToUtf8(Presentable(FromUtf8(Utf8))) + "\n");
+}
+
+int WidthOfResult(TCliConsole &Console, const std::optional<std::string> &File) {
+  const int Width = File ? 0 : Console.Width(TConsoleStream::Output);
+  // A terminal may go to the next line as soon as its last column is written, and
+  // the line's end would then make an empty line.
+  return Width > 1 ? Width - 1 : Width;
+}
+
+} // namespace hivesweep

@@ -1,0 +1,98 @@
+#include "cli/Session.h"
+
+#include <memory>
+#include <utility>
+#include <variant>
+
+#include "platform/DiskFile.h"
+#include "platform/Text.h"
+#include "platform/memory/Machine.h"
+#include "platform/memory/MemoryRegistry.h"
+#include "repair/AppFrame.h"
+
+namespace hivesweep {
+
+namespace {
+
+std::string ReadFile(const std::string &Name) {
+  std::string Bytes;
+  if (const TDiskError Error = ReadWholeFile(FromUtf8(Name), Bytes); !Error.empty())
+    throw TFailure(TExitCode::Failed, Name + ": could not be read: " + ToUtf8(Error));
+  return Bytes;
+}
+
+[[noreturn]] void RefuseText(const std::string &Name, const TTextError &Error) {
+  throw TFailure(TExitCode::Failed,
+                 Name + ":" + std::to_string(Error.Line) + ": " + ToUtf8(Error.Message));
+}
+
+std::unique_ptr<TMemoryRegistry> LoadRegistry(const std::vector<std::string> &Names) {
+  auto Registry = std::make_unique<TMemoryRegistry>();
+  for (const std::string &Name : Names)
+    if (const auto Error = Registry->LoadText(ReadFile(Name)))
+      RefuseText(Name, *Error);
+  return Registry;
+}
+
+// Always UTF-8: a machine file is written for this program alone, and a wrong guess
+// would make files of it that are not there.
+std::u16string DecodeMachine(const std::string &Name, std::string_view Bytes) {
+  constexpr std::string_view Mark = "\xEF\xBB\xBF";
+  if (Bytes.starts_with(Mark))
+    Bytes.remove_prefix(Mark.size());
+  if (auto Text = FromStrictUtf8(Bytes))
+    return *std::move(Text);
+  std::size_t Number = 1;
+  for (std::size_t End = Bytes.find('\n');
+       End != std::string_view::npos && FromStrictUtf8(Bytes.substr(0, End));
+       End = Bytes.find('\n')) {
+    Bytes.remove_prefix(End + 1);
+    ++Number;
+  }
+  RefuseText(Name, {Number, u"the text is not UTF-8"});
+}
+
+TMachine LoadMachine(const std::optional<std::string> &Name) {
+  if (!Name)
+    return {};
+  auto Parsed = ParseMachine(DecodeMachine(*Name, ReadFile(*Name)));
+  if (const auto *const Error = std::get_if<TTextError>(&Parsed))
+    RefuseText(*Name, *Error);
+  return std::get<TMachine>(std::move(Parsed));
+}
+
+// A command that only reads leaves no folders behind, so they are named here and not
+// created.
+TDataPaths DataPaths(const std::optional<std::string> &DataFolder,
+                     const std::optional<TPlatform> &Live) {
+  if (DataFolder) {
+    const std::u16string Folder = AbsolutePath(FromUtf8(*DataFolder));
+    if (const TDiskError Error = CheckFolder(Folder); !Error.empty())
+      throw TFailure(TExitCode::Failed,
+                     *DataFolder + ": is no folder to read from: " + ToUtf8(Error));
+    return DataPathsIn(Folder);
+  }
+  if (!Live)
+    return {};
+  const TAppFrame Frame(*Live->Folders);
+  return Frame.UserAppDataFolder.empty() ? TDataPaths() : DataPathsOf(Frame);
+}
+
+} // namespace
+
+TSession OpenSession(const TCliHost &Host, const TOptions &Options, bool NeedsRegistry) {
+  std::optional<TPlatform> Live = Host.MakeLive();
+  if (!Live && NeedsRegistry && Options.RegistryFiles.empty())
+    throw TWrongUse("this system has no registry of its own; --registry FILE is expected");
+  TDataPaths Paths = DataPaths(Options.DataFolder, Live);
+  TSession Session;
+  Session.Settings = {std::move(Paths.MainIniPath), std::move(Paths.IgnoreIniPath)};
+  if (!Options.RegistryFiles.empty())
+    Session.Platform =
+        MakeMemoryPlatform(LoadRegistry(Options.RegistryFiles), LoadMachine(Options.MachineFile));
+  else
+    Session.Platform = Live ? *std::move(Live) : MakeLocalServices();
+  return Session;
+}
+
+} // namespace hivesweep
