@@ -45,19 +45,21 @@ bool TScanDisk::NoSuchFolder(std::u16string_view Path) {
 
 TPathState TScanDisk::Look(std::u16string_view Path) {
   LookupPath(Path, Whole_);
-  for (char16_t &Unit : Whole_)
-    Unit = UpperCase(Unit);
   const std::size_t Break = Whole_.rfind(u'\\');
   if (Break == std::u16string::npos || Break + 1 == Whole_.size())
     return Files_.Look(Path);
-  const std::u16string_view FolderPath = std::u16string_view(Whole_).substr(0, Break);
-  auto Folder = Folders_.find(FolderPath);
+  Upper_ = Whole_;
+  for (char16_t &Unit : Upper_)
+    Unit = UpperCase(Unit);
+  const std::u16string_view Upper = Upper_;
+  auto Folder = Folders_.find(Upper.substr(0, Break));
   if (Folder == Folders_.end())
-    Folder = Folders_.emplace(FolderPath, TFolder()).first;
+    Folder = Folders_.emplace(Upper.substr(0, Break), TFolder()).first;
+  // In its own spelling: a disk that tells letter case apart finds it at once.
   if (++Folder->second.Looks == LooksBeforeNames + 1)
-    TakeNames(FolderPath, Folder->second);
+    TakeNames(std::u16string_view(Whole_).substr(0, Break), Folder->second);
   const TNameMap<TPathState> &Names = Folder->second.Names;
-  const auto Known = Names.find(std::u16string_view(Whole_).substr(Break + 1));
+  const auto Known = Names.find(Upper.substr(Break + 1));
   return Known == Names.end() ? Files_.Look(Path) : Known->second;
 }
 

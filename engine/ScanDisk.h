@@ -59,6 +59,7 @@ private:
   std::array<std::optional<TDriveType>, 26> Types_; // by letter
   TNameMap<TFolder> Folders_;                       // by their paths
   std::u16string Whole_;                            // the path that is looked up
+  std::u16string Upper_;                            // the same in capitals
 };
 
 } // namespace hivesweep
