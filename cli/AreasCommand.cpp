@@ -13,7 +13,7 @@ TExitCode RunAreas(TCliHost &Host, const TOptions &Options) {
   std::vector<TAreaRow> Rows;
   Rows.reserve(Areas.size());
   for (const TArea &Area : Areas)
-    Rows.push_back({Area, Switches[static_cast<std::size_t>(Area.Number) - 1]});
+    Rows.push_back({Area, Switches[AreaIndex(Area.Number)]});
   const std::string Text = Options.Format == TFormat::Json ? AreasJson(Rows)
                            : Options.Format == TFormat::Csv
                                ? AreasCsv(Rows)

@@ -83,7 +83,7 @@ TJson ProtectedFields(const TProtectedItem &Item) {
 
 std::string JsonReport(const TScanReport &Report) {
   const auto AreaWithResult = [&](const TArea &Area) {
-    const TAreaResult &Result = Report.AreaResults[static_cast<std::size_t>(Area.Number) - 1];
+    const TAreaResult &Result = Report.AreaResults[AreaIndex(Area.Number)];
     TJson Out = AreaFields(Area);
     Out["scanned"] = Result.Scanned;
     Out["found"] = Result.Found;

@@ -59,7 +59,7 @@ void SwitchOn(std::u16string &Flags, std::u16string_view Name) {
     throw TWrongUse("--areas: " + Word + " is no area; the areas are " + AreaNames() +
                     ", or \"all\"");
   }
-  char16_t &Flag = Flags[static_cast<std::size_t>(Area->Number) - 1];
+  char16_t &Flag = Flags[AreaIndex(Area->Number)];
   if (Flag == u'1')
     throw TWrongUse("--areas: " + Word + " is named twice");
   Flag = u'1';

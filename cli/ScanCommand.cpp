@@ -62,7 +62,7 @@ bool TellFailures(TCliConsole &Console, const TScanRegistry &Engine) {
                                                             : "the registry gave no answer"));
   bool AnyFailed = false;
   for (const TArea &Area : Areas) {
-    const TAreaResult &Result = Engine.AreaResults()[static_cast<std::size_t>(Area.Number) - 1];
+    const TAreaResult &Result = Engine.AreaResults()[AreaIndex(Area.Number)];
     if (Result.Failure.empty())
       continue;
     AnyFailed = true;

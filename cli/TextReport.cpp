@@ -98,7 +98,7 @@ void PrintSummary(const TScanReport &Report, int Width, std::string &Out) {
                     {u"Protected", TCut::Never, true}});
   TAreaResult Total;
   for (const TArea &Area : Areas) {
-    const TAreaResult &Result = Report.AreaResults[static_cast<std::size_t>(Area.Number) - 1];
+    const TAreaResult &Result = Report.AreaResults[AreaIndex(Area.Number)];
     if (!Result.Scanned)
       continue;
     Table.Add({std::u16string(Area.Caption), std::u16string(RiskName(Area.Risk)),

@@ -43,9 +43,9 @@ inline constexpr std::array<TArea, AreaCount> Areas = {{
     {17, u"Openscan", u"18", u"Deep Scan", TRisk::High, false},
 }};
 
-// Area Number's row.
-constexpr const TArea &AreaByNumber(int Number) {
-  return Areas[static_cast<std::size_t>(Number) - 1];
-}
+// The place of area Number in whatever is kept by area.
+constexpr std::size_t AreaIndex(int Number) { return static_cast<std::size_t>(Number) - 1; }
+
+constexpr const TArea &AreaByNumber(int Number) { return Areas[AreaIndex(Number)]; }
 
 } // namespace hivesweep

@@ -33,15 +33,9 @@ bool TScanDisk::IsOnFixedDrive(std::u16string_view Path) {
   return hivesweep::IsOnFixedDrive(*this, Path);
 }
 
-bool TScanDisk::NoSuchFile(std::u16string_view Path) {
-  const TPathState State = Look(Path);
-  return State == TPathState::Missing || State == TPathState::Folder;
-}
+bool TScanDisk::NoSuchFile(std::u16string_view Path) { return MeansNoFile(Look(Path)); }
 
-bool TScanDisk::NoSuchFolder(std::u16string_view Path) {
-  const TPathState State = Look(Path);
-  return State == TPathState::Missing || State == TPathState::File;
-}
+bool TScanDisk::NoSuchFolder(std::u16string_view Path) { return MeansNoFolder(Look(Path)); }
 
 TPathState TScanDisk::Look(std::u16string_view Path) {
   LookupPath(Path, Whole_);

@@ -87,9 +87,9 @@ std::int32_t TScanRegistry::RunScan(TWindowHandle Window, std::u16string_view Ar
   std::int32_t Total = 0;
   for (const TArea &Area : Areas) {
     std::int32_t Count = 0;
-    if (Enabled[static_cast<std::size_t>(Area.Number) - 1]) {
+    if (Enabled[AreaIndex(Area.Number)]) {
       Count = RunArea(Area, StatusLabel, ProgressBar);
-      const TAreaResult &Result = AreaResults_[static_cast<std::size_t>(Area.Number) - 1];
+      const TAreaResult &Result = AreaResults_[AreaIndex(Area.Number)];
       if (Result.Failure.empty())
         Total += Count;
     }
@@ -123,7 +123,7 @@ std::array<bool, AreaCount> TScanRegistry::ReadAreaFlags(std::u16string_view Are
   };
   std::array<bool, AreaCount> Enabled{};
   for (const TArea &Area : Areas) {
-    const std::size_t Index = static_cast<std::size_t>(Area.Number) - 1;
+    const std::size_t Index = AreaIndex(Area.Number);
     // Text that ends too early leaves the areas behind it off.
     Enabled[Index] = AreaFlags.empty()
                          ? Trim(Read(Area.Switch)) == u"1"
@@ -164,7 +164,7 @@ std::int32_t TScanRegistry::EstimateWork() {
 
 std::int32_t TScanRegistry::RunArea(const TArea &Area, TStatusLabel &StatusLabel,
                                     TProgressBar &ProgressBar) {
-  TAreaResult &Result = AreaResults_[static_cast<std::size_t>(Area.Number) - 1];
+  TAreaResult &Result = AreaResults_[AreaIndex(Area.Number)];
   TGroupItems &Group = *Problems_.AddGroup(Area.GroupName);
   Result.Scanned = true;
   CurrentArea_ = Area.Number;
@@ -192,7 +192,7 @@ bool TScanRegistry::IsAllowed(std::u16string_view KeyPath, std::u16string_view V
   if (!Protection)
     return true;
   if (CurrentArea_ != 0)
-    ++AreaResults_[static_cast<std::size_t>(CurrentArea_) - 1].Protected;
+    ++AreaResults_[AreaIndex(CurrentArea_)].Protected;
   ProtectedItems_.push_back({CurrentArea_, std::u16string(KeyPath), std::u16string(ValueName),
                              std::u16string(Data), std::move(*Protection)});
   return false;
@@ -227,11 +227,11 @@ std::unique_ptr<TRegKey> TScanRegistry::OpenKey(TRegRoot Root, std::u16string_vi
   return Registry.ReleaseKey();
 }
 
-std::unique_ptr<TRegKey> TScanRegistry::OpenSubkey(TRegKey &Parent, std::u16string_view KeyPath,
+std::unique_ptr<TRegKey> TScanRegistry::OpenSubkey(TRegKey &Parent, std::u16string_view ParentPath,
                                                    std::u16string_view Name) {
   TRegOpened Opened = Parent.Open(Name);
   if (Opened.Status != TRegStatus::Ok)
-    NoteUnreadable(std::u16string(KeyPath), Opened.Status);
+    NoteUnreadable(std::u16string(ParentPath) + std::u16string(Name), Opened.Status);
   return std::move(Opened.Key);
 }
 

@@ -38,7 +38,6 @@ using TScanner = std::int32_t (*)(TScanRegistry &Engine, TStatusLabel &StatusLab
 // One row of the table of scanners. The rows of an area stand in their call order.
 struct TScannerRow {
   int Area;
-  std::u16string_view Name;
   TScanner Scan;
 };
 
@@ -127,10 +126,13 @@ public:
 
   // Opens a key for a scanner, by its path as TRegistry takes it, or one below an open
   // key; null when that can't be done. A key that is there and can't be read is noted
-  // in UnreadableKeys, a subkey by its KeyPath.
+  // in UnreadableKeys, a subkey by ParentPath, which ends in a backslash, and its name.
   std::unique_ptr<TRegKey> OpenKey(TRegRoot Root, std::u16string_view Path);
-  std::unique_ptr<TRegKey> OpenSubkey(TRegKey &Parent, std::u16string_view KeyPath,
+  std::unique_ptr<TRegKey> OpenSubkey(TRegKey &Parent, std::u16string_view ParentPath,
                                       std::u16string_view Name);
+
+  // Takes a failed call on a key that is there into UnreadableKeys.
+  void NoteUnreadable(std::u16string_view KeyPath, TRegStatus Status);
 
   // Puts ScanPrefix and a label's caption into the status label.
   void ShowStatus(TStatusLabel &StatusLabel, TLabel Label) const;
@@ -165,7 +167,6 @@ private:
   TRegCounts CountEntries(TRegRoot Root, std::u16string_view Path);
   std::int32_t CountSubkeys(TRegRoot Root, std::u16string_view Path);
   std::int32_t RunArea(const TArea &Area, TStatusLabel &StatusLabel, TProgressBar &ProgressBar);
-  void NoteUnreadable(std::u16string_view KeyPath, TRegStatus Status);
 
   TPlatform &Platform_;
   TListViewManage &Problems_;

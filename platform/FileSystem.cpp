@@ -21,13 +21,11 @@ std::u16string_view StoredName(std::u16string_view Component) {
 } // namespace
 
 bool NoSuchFile(TFileSystem &Files, std::u16string_view Path) {
-  const TPathState State = Files.Look(Path);
-  return State == TPathState::Missing || State == TPathState::Folder;
+  return MeansNoFile(Files.Look(Path));
 }
 
 bool NoSuchFolder(TFileSystem &Files, std::u16string_view Path) {
-  const TPathState State = Files.Look(Path);
-  return State == TPathState::Missing || State == TPathState::File;
+  return MeansNoFolder(Files.Look(Path));
 }
 
 bool NothingThere(TFileSystem &Files, std::u16string_view Path) {

@@ -58,6 +58,14 @@ private:
   void *Saved_;
 };
 
+// With this state there certainly is no file (no folder) of that name.
+constexpr bool MeansNoFile(TPathState State) {
+  return State == TPathState::Missing || State == TPathState::Folder;
+}
+constexpr bool MeansNoFolder(TPathState State) {
+  return State == TPathState::Missing || State == TPathState::File;
+}
+
 // There certainly is no file (no folder, nothing at all) of that name.
 bool NoSuchFile(TFileSystem &Files, std::u16string_view Path);
 bool NoSuchFolder(TFileSystem &Files, std::u16string_view Path);

@@ -18,7 +18,7 @@ TAreaSwitches ReadAreaSwitches(TProfiles &Profiles, std::u16string_view MainIniP
   TAreaSwitches Switches{};
   for (const TArea &Area : Areas) {
     const int Default = Area.OnByDefault ? 1 : 0;
-    Switches[static_cast<std::size_t>(Area.Number) - 1] =
+    Switches[AreaIndex(Area.Number)] =
         (MainIniPath.empty()
              ? Default
              : ReadInteger(Profiles, MainIniPath, OptionsSection, Area.Switch, Default)) != 0;

@@ -6,11 +6,10 @@ namespace hivesweep {
 
 std::span<const TScannerRow> ScannerTable() {
   static const TScannerRow Rows[] = {
-      {2, u"ScanAppPaths", ScanAppPaths},     {4, u"ScanFonts", ScanFonts},
-      {5, u"ScanHelpFiles", ScanHelpFiles},   {5, u"ScanHtmlHelpFiles", ScanHtmlHelpFiles},
-      {7, u"ScanSharedDlls", ScanSharedDlls}, {9, u"ScanInstallerFolders", ScanInstallerFolders},
-      {12, u"ScanStartup", ScanStartup},      {13, u"ScanMuiCache", ScanMuiCache},
-      {16, u"ScanDrivers32", ScanDrivers32},  {16, u"ScanFirewallList", ScanFirewallList},
+      {2, ScanAppPaths},      {4, ScanFonts},      {5, ScanHelpFiles},
+      {5, ScanHtmlHelpFiles}, {7, ScanSharedDlls}, {9, ScanInstallerFolders},
+      {12, ScanStartup},      {13, ScanMuiCache},  {16, ScanDrivers32},
+      {16, ScanFirewallList},
   };
   return Rows;
 }

@@ -49,7 +49,7 @@ public:
 
   std::int32_t OverValues(TRegKey &Key) {
     TRegValueList Values;
-    Key.Values(Values);
+    Engine_.NoteUnreadable(KeyPath_, Key.Values(Values));
     for (std::size_t Index = 0; Index < Values.Count() && !Engine_.Stopped; ++Index) {
       Engine_.Pump();
       Examine({Values[Index].Name, Values[Index].Data}, {});
@@ -59,13 +59,18 @@ public:
 
   std::int32_t OverSubkeys(TRegKey &Key) {
     std::vector<std::u16string> Names;
-    Key.SubkeyNames(Names);
+    Engine_.NoteUnreadable(KeyPath_, Key.SubkeyNames(Names));
     TRegValue Value;
     for (std::size_t Index = 0; Index < Names.size() && !Engine_.Stopped; ++Index) {
       Engine_.Pump();
-      const auto Subkey = Engine_.OpenSubkey(Key, KeyPath(Names[Index]), Names[Index]);
-      if (Subkey && Subkey->Read(u"", Value) == TRegStatus::Ok)
+      const auto Subkey = Engine_.OpenSubkey(Key, KeyPath_, Names[Index]);
+      if (!Subkey)
+        continue;
+      const TRegStatus Status = Subkey->Read(u"", Value);
+      if (Status == TRegStatus::Ok)
         Examine({u"", Value.Data()}, Names[Index]);
+      else if (Status != TRegStatus::NotFound)
+        Engine_.NoteUnreadable(KeyPath(Names[Index]), Status);
     }
     return Found_;
   }

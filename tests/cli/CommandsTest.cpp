@@ -275,7 +275,7 @@ std::int32_t BreakOff(TScanRegistry &, TStatusLabel &, TProgressBar &, TGroupIte
 }
 
 TEST(CliFailures, ABrokenAreaIsToldAndTheOthersArePrinted) {
-  std::vector<TScannerRow> Scanners = {{1, u"BreakOff", BreakOff}};
+  std::vector<TScannerRow> Scanners = {{1, BreakOff}};
   Scanners.insert(Scanners.end(), ScannerTable().begin(), ScannerTable().end());
   TTestCli Cli;
   Cli.Scanners = Scanners;
@@ -296,7 +296,7 @@ std::int32_t WalkLong(TScanRegistry &Engine, TStatusLabel &Status, TProgressBar 
 }
 
 TEST(CliProgress, IsDrawnSeldomAndFitsAndGoesAway) {
-  constexpr TScannerRow Scanners[] = {{4, u"WalkLong", WalkLong}, {5, u"WalkLong", WalkLong}};
+  constexpr TScannerRow Scanners[] = {{4, WalkLong}, {5, WalkLong}};
   for (const int Columns : {0, 20, 40, 80, 300}) {
     TTestCli Cli;
     Cli.Scanners = Scanners;

@@ -26,7 +26,7 @@ std::int32_t FindKey(TScanRegistry &Engine, TStatusLabel &, TProgressBar &, TGro
 }
 
 std::string ReportOf(const char *Format, int Columns = 0, bool ShowProtected = true) {
-  std::vector<TScannerRow> Scanners = {{1, u"FindKey", FindKey}};
+  std::vector<TScannerRow> Scanners = {{1, FindKey}};
   for (const TScannerRow &Row : ScannerTable())
     if (Row.Area != 1)
       Scanners.push_back(Row);

@@ -38,10 +38,7 @@ std::int32_t ScanAndThrow(TScanRegistry &Engine, TStatusLabel &StatusLabel,
 }
 
 constexpr TScannerRow Tens[] = {
-    {2, u"ScanTen", ScanTen},
-    {3, u"ScanTen", ScanTen},
-    {4, u"ScanTen", ScanTen},
-    {4, u"ScanTen", ScanTen}, // two scanners of one area
+    {2, ScanTen}, {3, ScanTen}, {4, ScanTen}, {4, ScanTen}, // two scanners of one area
 };
 
 std::vector<std::intptr_t> PostedCounts(const TTestScan &Scan) {
@@ -162,10 +159,10 @@ TEST(ScanDriver, RefusesASecondScanWhileOneRuns) {
 
 TEST(ScanDriver, GoesOnBehindABrokenArea) {
   static constexpr TScannerRow Rows[] = {
-      {2, u"ScanAndThrow", ScanAndThrow},
-      {4, u"ScanTen", ScanTen},
-      {17, u"ScanTen", ScanTen},
-      {17, u"ScanAndThrow", ScanAndThrow},
+      {2, ScanAndThrow},
+      {4, ScanTen},
+      {17, ScanTen},
+      {17, ScanAndThrow},
   };
   TTestScan Scan(MemoryRegistry(u""), {}, Rows);
   EXPECT_EQ(Scan.Scan(AllAreas), 9);
