@@ -71,6 +71,8 @@ std::int32_t TScanRegistry::RunScan(TWindowHandle Window, std::u16string_view Ar
   AreaResults_.fill({});
   ProtectedItems_.clear();
   UnreadableKeys_.clear();
+  // A name of an earlier scan would vouch for a program that is gone by now.
+  UninstallNames.clear();
   MakeBackupFolders();
   WinDir = Platform_.Folders->Windows();
   Disk_.Forget();
@@ -214,6 +216,11 @@ void TScanRegistry::Report(TGroupItems &Group, TFinding Finding) {
 void TScanRegistry::NoteUnreadable(std::u16string_view KeyPath, TRegStatus Status) {
   if (Status != TRegStatus::Ok && Status != TRegStatus::NotFound)
     UnreadableKeys_.push_back({std::u16string(KeyPath), Status});
+}
+
+bool TScanRegistry::IsUnreadable(std::u16string_view KeyPath) const {
+  return std::any_of(UnreadableKeys_.begin(), UnreadableKeys_.end(),
+                     [&](const TUnreadableKey &Key) { return Key.KeyPath == KeyPath; });
 }
 
 std::unique_ptr<TRegKey> TScanRegistry::OpenKey(TRegRoot Root, std::u16string_view Path) {

@@ -134,6 +134,9 @@ public:
   // Takes a failed call on a key that is there into UnreadableKeys.
   void NoteUnreadable(std::u16string_view KeyPath, TRegStatus Status);
 
+  // This path has been noted so, in exactly this spelling.
+  bool IsUnreadable(std::u16string_view KeyPath) const;
+
   // Puts ScanPrefix and a label's caption into the status label.
   void ShowStatus(TStatusLabel &StatusLabel, TLabel Label) const;
   const std::u16string &Caption(TLabel Label) const {
@@ -158,6 +161,7 @@ public:
   std::int32_t KindValue = 0;                        // 2
   bool IsWow64 = false;                              // a 32-bit program on a 64-bit system
   std::u16string WinDir;                             // without a trailing backslash
+  std::vector<std::u16string> UninstallNames;        // of the scan's uninstall entries
   const std::vector<std::u16string> ScannedAreaKeys; // what the deep scan leaves out
 
 private:

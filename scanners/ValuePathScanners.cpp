@@ -116,23 +116,17 @@ constexpr TValueScan FirewallList = {
     .Keys = FirewallKeys,
 };
 
-template <const TValueScan &Scan>
-std::int32_t Run(TScanRegistry &Engine, TStatusLabel &StatusLabel, TProgressBar &ProgressBar,
-                 TGroupItems &Group) {
-  return RunValueScan(Scan, Engine, StatusLabel, ProgressBar, Group);
-}
-
 } // namespace
 
-constinit const TScanner ScanAppPaths = Run<AppPaths>;
-constinit const TScanner ScanHelpFiles = Run<HelpFiles>;
-constinit const TScanner ScanHtmlHelpFiles = Run<HtmlHelpFiles>;
-constinit const TScanner ScanInstallerFolders = Run<InstallerFolders>;
-constinit const TScanner ScanMuiCache = Run<MuiCache>;
-constinit const TScanner ScanSharedDlls = Run<SharedDlls>;
-constinit const TScanner ScanDrivers32 = Run<Drivers32>;
-constinit const TScanner ScanFonts = Run<Fonts>;
-constinit const TScanner ScanStartup = Run<Startup>;
-constinit const TScanner ScanFirewallList = Run<FirewallList>;
+constinit const TScanner ScanAppPaths = RunRow<AppPaths>;
+constinit const TScanner ScanHelpFiles = RunRow<HelpFiles>;
+constinit const TScanner ScanHtmlHelpFiles = RunRow<HtmlHelpFiles>;
+constinit const TScanner ScanInstallerFolders = RunRow<InstallerFolders>;
+constinit const TScanner ScanMuiCache = RunRow<MuiCache>;
+constinit const TScanner ScanSharedDlls = RunRow<SharedDlls>;
+constinit const TScanner ScanDrivers32 = RunRow<Drivers32>;
+constinit const TScanner ScanFonts = RunRow<Fonts>;
+constinit const TScanner ScanStartup = RunRow<Startup>;
+constinit const TScanner ScanFirewallList = RunRow<FirewallList>;
 
 } // namespace hivesweep

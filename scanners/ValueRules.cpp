@@ -2,17 +2,13 @@
 
 #include "engine/PathRules.h"
 #include "platform/Text.h"
+#include "scanners/LocalTargets.h"
 
 namespace hivesweep {
 
 namespace {
 
 constexpr auto Healthy = std::nullopt;
-
-// A path in drive form on a fixed drive: the only kind that most rules look up.
-bool IsLocalPath(const TScanContext &Context, std::u16string_view Path) {
-  return HasDriveForm(Path) && Context.Disk.IsOnFixedDrive(Path);
-}
 
 TVerdict Problem(std::u16string_view Data, std::u16string_view LineData) {
   return {std::u16string(Data), std::u16string(LineData), false};

@@ -42,7 +42,9 @@ enum class TEntries {
   Strings,        // values of the string and expandable-string types
   PlainStrings,   // values of the string type alone
   Dwords,         // 32-bit numbers
+  AnyType,        // every value
   SubkeyDefaults, // the default value of each subkey, of both string types
+  SubkeyStrings,  // the values of each subkey, of both string types
 };
 
 // How the backup's value line writes the data.
@@ -51,6 +53,9 @@ enum class TLineData {
   Escaped,
   EscapedIfNameIsPath, // only where the second unit of the value's name is ":"
   DecimalDword,
+  // In the form of its type; text is escaped only where its second unit is ":". A
+  // value of a type without a form has no lines at all.
+  ByType,
 };
 
 // One key of a scanner. The path is spelled as the records and the backup have it:
@@ -75,5 +80,12 @@ struct TValueScan {
 // Runs one scanner, as TScanner has it.
 std::int32_t RunValueScan(const TValueScan &Scan, TScanRegistry &Engine, TStatusLabel &StatusLabel,
                           TProgressBar &ProgressBar, TGroupItems &Group);
+
+// The scanner that a row makes.
+template <const TValueScan &Scan>
+std::int32_t RunRow(TScanRegistry &Engine, TStatusLabel &StatusLabel, TProgressBar &ProgressBar,
+                    TGroupItems &Group) {
+  return RunValueScan(Scan, Engine, StatusLabel, ProgressBar, Group);
+}
 
 } // namespace hivesweep
