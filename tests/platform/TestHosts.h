@@ -36,12 +36,16 @@ public:
   virtual TRegistryHost &Host() = 0;
 
   // Loads export text without its header, in which "~" at the front of a key's
-  // path stands for the test's own key.
+  // path stands for the test's own key. The last name of a path may hold zeros.
   void Load(std::u16string_view Text);
 
   // From now on that key below the test's own can't be opened. False when this
   // registry knows no such thing.
   virtual bool Deny(std::u16string_view Path) = 0;
+
+  // Makes a key that leads to another one, both below the test's own. False when this
+  // registry knows no such thing.
+  virtual bool Link(std::u16string_view /*Path*/, std::u16string_view /*Target*/) { return false; }
 
   // Values are enumerated in the order of their making; if not, sorted by name.
   virtual bool KeepsValueOrder() const = 0;

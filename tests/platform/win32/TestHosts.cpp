@@ -7,12 +7,37 @@
 #include "platform/win32/Win32Registry.h"
 
 #include <psapi.h>
+#include <sddl.h>
+#include <winternl.h>
 
 namespace hivesweep {
 
 namespace {
 
 // ---- the live registry ---------------------------------------------------------
+
+// Key names with zeros, which only the kernel's own functions take: texts are counted
+// there, not ended.
+HKEY MakeCountedKey(HKEY Base, std::u16string Name) {
+  using TNtCreateKey = LONG(WINAPI *)(HANDLE *, ACCESS_MASK, OBJECT_ATTRIBUTES *, ULONG,
+                                      UNICODE_STRING *, ULONG, ULONG *);
+  const auto Size = static_cast<USHORT>(Name.size() * sizeof(char16_t));
+  UNICODE_STRING Counted = {Size, Size, Wide(Name.data())};
+  OBJECT_ATTRIBUTES Where = {};
+  InitializeObjectAttributes(&Where, &Counted, OBJ_CASE_INSENSITIVE, Base, nullptr);
+  HANDLE Key = nullptr;
+  EXPECT_EQ(reinterpret_cast<TNtCreateKey>(FindFunction(L"ntdll.dll", "NtCreateKey"))(
+                &Key, KEY_ALL_ACCESS, &Where, 0, nullptr, 0, nullptr),
+            0);
+  return static_cast<HKEY>(Key);
+}
+
+// Deletes the open key itself, even a link, and closes it.
+void DeleteOpenKey(HKEY Key) {
+  using TNtDeleteKey = LONG(WINAPI *)(HANDLE);
+  reinterpret_cast<TNtDeleteKey>(FindFunction(L"ntdll.dll", "NtDeleteKey"))(Key);
+  RegCloseKey(Key);
+}
 
 void RemoveKey(HKEY Base, const std::u16string &Path) {
   HKEY Key = nullptr;
@@ -22,11 +47,31 @@ void RemoveKey(HKEY Base, const std::u16string &Path) {
   DWORD Length = 300;
   while (RegEnumKeyExW(Key, 0, Wide(Name), &Length, nullptr, nullptr, nullptr, nullptr) ==
          ERROR_SUCCESS) {
-    RemoveKey(Key, Name);
+    const std::u16string Subkey(Name, Length);
+    if (HoldsZero(Subkey))
+      DeleteOpenKey(MakeCountedKey(Key, Subkey));
+    else
+      RemoveKey(Key, Subkey);
     Length = 300;
   }
   RegCloseKey(Key);
   EXPECT_EQ(RegDeleteKeyW(Base, Wide(Path)), ERROR_SUCCESS) << ToUtf8(Path);
+}
+
+// Where the kernel keeps the current user's key.
+std::u16string KernelPath(std::u16string_view BelowUser) {
+  HANDLE Token = nullptr;
+  alignas(TOKEN_USER) BYTE User[256] = {};
+  DWORD Size = 0;
+  wchar_t *Identifier = nullptr;
+  EXPECT_TRUE(OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &Token));
+  EXPECT_TRUE(GetTokenInformation(Token, TokenUser, User, sizeof User, &Size));
+  EXPECT_TRUE(ConvertSidToStringSidW(reinterpret_cast<TOKEN_USER *>(User)->User.Sid, &Identifier));
+  std::u16string Path = std::u16string(u"\\REGISTRY\\USER\\") + FromWide(Identifier) + u"\\" +
+                        std::u16string(BelowUser);
+  LocalFree(Identifier);
+  CloseHandle(Token);
+  return Path;
 }
 
 // Writes the content of a text into HKEY_CURRENT_USER, as bytes.
@@ -37,9 +82,15 @@ public:
   void OnKey(std::u16string_view KeyPath) override {
     RegCloseKey(Key_);
     Key_ = nullptr;
-    ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, Wide(BelowRoot(KeyPath)), 0, nullptr, 0,
+    const std::u16string Path = BelowRoot(KeyPath);
+    const std::size_t LastBreak = HoldsZero(Path) ? Path.rfind(u'\\') : Path.size();
+    ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, Wide(Path.substr(0, LastBreak)), 0, nullptr, 0,
                               KEY_ALL_ACCESS, nullptr, &Key_, nullptr),
               ERROR_SUCCESS);
+    if (LastBreak == Path.size())
+      return;
+    const HKEY Parent = std::exchange(Key_, MakeCountedKey(Key_, Path.substr(LastBreak + 1)));
+    RegCloseKey(Parent);
   }
   void OnDeleteKey(std::u16string_view KeyPath) override {
     RemoveKey(HKEY_CURRENT_USER, BelowRoot(KeyPath));
@@ -73,6 +124,8 @@ public:
       SetDacl(Key, nullptr);
       RegCloseKey(Key);
     }
+    for (const HKEY Key : Links_)
+      DeleteOpenKey(Key); // some tests have done so
     RemoveKey(HKEY_CURRENT_USER, Path());
     RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Hivesweep tests"); // the last one can
   }
@@ -88,6 +141,19 @@ public:
     // A list without entries allows nothing to anybody.
     ACL Nobody = {};
     return InitializeAcl(&Nobody, sizeof Nobody, ACL_REVISION) && SetDacl(Key, &Nobody);
+  }
+
+  bool Link(std::u16string_view Below, std::u16string_view Target) override {
+    HKEY Key = nullptr;
+    const std::u16string Leads = KernelPath(Path(Target));
+    EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, Wide(Path(Below)), 0, nullptr,
+                              REG_OPTION_CREATE_LINK | REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr,
+                              &Key, nullptr),
+              ERROR_SUCCESS);
+    Links_.push_back(Key);
+    return RegSetValueExW(Key, L"SymbolicLinkValue", 0, REG_LINK,
+                          reinterpret_cast<const BYTE *>(Leads.data()),
+                          static_cast<DWORD>(Leads.size() * sizeof(char16_t))) == ERROR_SUCCESS;
   }
 
 protected:
@@ -107,6 +173,7 @@ private:
 
   TWin32Registry Host_;
   std::vector<HKEY> Denied_;
+  std::vector<HKEY> Links_;
 };
 
 // ---- the disk -------------------------------------------------------------------

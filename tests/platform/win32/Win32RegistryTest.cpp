@@ -7,9 +7,6 @@
 #include "platform/win32/Win32Registry.h"
 #include "tests/platform/TestHosts.h"
 
-#include <psapi.h>
-#include <sddl.h>
-
 namespace hivesweep {
 namespace {
 
@@ -28,9 +25,9 @@ protected:
 // The system's own key, for what the host has no call for.
 class TRawKey {
 public:
-  explicit TRawKey(const std::u16string &Path, DWORD Options = 0) {
-    EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, Wide(Path), 0, nullptr, Options, KEY_ALL_ACCESS,
-                              nullptr, &Key_, nullptr),
+  explicit TRawKey(const std::u16string &Path) {
+    EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, Wide(Path), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                              &Key_, nullptr),
               ERROR_SUCCESS);
   }
   TRawKey(const TRawKey &) = delete;
@@ -137,39 +134,6 @@ TEST_F(Win32Registry, AKeyThatIsDeletedMeanwhileIsNoFailure) {
 
 // ---- links -------------------------------------------------------------------------
 
-// Where the kernel keeps the current user's key.
-std::u16string KernelPath(std::u16string_view BelowUser) {
-  HANDLE Token = nullptr;
-  alignas(TOKEN_USER) BYTE User[256] = {};
-  DWORD Size = 0;
-  wchar_t *Identifier = nullptr;
-  EXPECT_TRUE(OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &Token));
-  EXPECT_TRUE(GetTokenInformation(Token, TokenUser, User, sizeof User, &Size));
-  EXPECT_TRUE(ConvertSidToStringSidW(reinterpret_cast<TOKEN_USER *>(User)->User.Sid, &Identifier));
-  std::u16string Path = std::u16string(u"\\REGISTRY\\USER\\") + FromWide(Identifier) + u"\\" +
-                        std::u16string(BelowUser);
-  LocalFree(Identifier);
-  CloseHandle(Token);
-  return Path;
-}
-
-// A link from one key to another, both below the current user's; removed in the
-// end, if the test has not done so.
-class TRegistryLink {
-public:
-  TRegistryLink(const std::u16string &Path, const std::u16string &Target)
-      : Key_(Path, REG_OPTION_CREATE_LINK | REG_OPTION_VOLATILE) {
-    EXPECT_EQ(Key_.Set(L"SymbolicLinkValue", REG_LINK, KernelPath(Target)), ERROR_SUCCESS);
-  }
-  ~TRegistryLink() {
-    using TNtDeleteKey = LONG(WINAPI *)(HANDLE);
-    reinterpret_cast<TNtDeleteKey>(FindFunction(L"ntdll.dll", "NtDeleteKey"))(Key_.Get());
-  }
-
-private:
-  TRawKey Key_;
-};
-
 TEST_F(Win32Registry, ALinkIsFollowedInReadingButNotInDeleting) {
   Registry->Load(uR"(
 [~\Target]
@@ -181,9 +145,9 @@ TEST_F(Win32Registry, ALinkIsFollowedInReadingButNotInDeleting) {
 "SymbolicLinkValue"=hex(6):41,00
 [~\Pretender\Below]
 )");
-  const TRegistryLink Inside(Registry->Path(u"Tree\\Link"), Registry->Path(u"Target"));
-  const TRegistryLink Direct(Registry->Path(u"Link"), Registry->Path(u"Target"));
-  const TRegistryLink Dangling(Registry->Path(u"Tree\\Loose"), Registry->Path(u"No such key"));
+  EXPECT_TRUE(Registry->Link(u"Tree\\Link", u"Target"));
+  EXPECT_TRUE(Registry->Link(u"Link", u"Target"));
+  EXPECT_TRUE(Registry->Link(u"Tree\\Loose", u"No such key"));
 
   TRegValue Value;
   ASSERT_EQ(OpenKey(u"Tree\\Link")->Read(u"x", Value), TRegStatus::Ok);
