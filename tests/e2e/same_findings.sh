@@ -4,7 +4,8 @@
 # description of that machine; and all that the sample alone is known to hold.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
-top=$(cd "$here/../.." && pwd)
+# shellcheck source=tests/e2e/sample.sh
+. "$here/sample.sh"
 if [ -z "${HSW_PREFIX:-}" ]; then
   exec "$top/rig/prefix.sh" --sample "$here/$(basename "$0")" "$@"
 fi
@@ -18,7 +19,6 @@ mkdir "$work"
 
 # The order in which a registry enumerates its entries is its own affair: rows and
 # backup lines are compared as a set.
-options=(--areas all --show-protected --no-progress)
 wine "$live_program" scan "${options[@]}" --format csv | LC_ALL=C sort >"$work/live.csv"
 wine "$live_program" scan "${options[@]}" --format json | sed 's/","/"\n"/g; s/},{/}\n{/g' |
   LC_ALL=C sort >"$work/live.json"
@@ -42,8 +42,7 @@ diff "$work/live.csv" "$work/text.csv"
 diff "$work/live.json" "$work/text.json"
 
 # What the sample's own two files hold is all there.
-"$native_program" scan "${options[@]}" --registry "$top/sample/registry.reg" \
-  --machine "$top/sample/machine.ini" --format csv | LC_ALL=C sort >"$work/sample.csv"
+scan_sample "$native_program" csv | LC_ALL=C sort >"$work/sample.csv"
 missing=$(LC_ALL=C comm -23 "$work/sample.csv" "$work/live.csv")
 [ -z "$missing" ] || {
   printf 'of the sample, the live scan did not find:\n%s\n' "$missing" >&2
