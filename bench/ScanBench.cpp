@@ -2,32 +2,14 @@
 // same calls, in one run.
 #include <algorithm>
 #include <cstdio>
-#include <memory>
-#include <optional>
 #include <string>
-#include <vector>
 
 #include "bench/Measure.h"
-#include "platform/DiskFile.h"
-#include "scanners/ScannerTable.h"
-#include "tests/engine/TestScan.h"
+#include "bench/Scene.h"
 
 using namespace hivesweep;
 
 namespace {
-
-// The files that the entries name lie 40 to a folder, as a program's do.
-constexpr int FolderSize = 40;
-constexpr int FileCount = 4000;
-
-std::u16string Number(int Value) { return ToDecimal(static_cast<std::uint64_t>(Value)); }
-
-std::u16string FolderName(int File) { return u"Program " + Number(File / FolderSize); }
-std::u16string FileName(int File) { return u"library " + Number(File) + u".dll"; }
-
-// Two entries in a hundred name a file that is not there: a registry is healthy on
-// the whole, even one that nobody ever cleaned.
-bool IsGone(int Entry) { return Entry % 50 == 0; }
 
 // Every key that the scanners of values open, with the number of its entries.
 struct TKeyPlan {
@@ -50,16 +32,9 @@ constexpr TKeyPlan Keys[] = {
     {User, u"Software\\Microsoft\\Windows\\ShellNoRoam\\MUICache", 1000, false},
 };
 
-std::u16string Quoted(std::u16string_view Text) {
-  std::u16string Out = u"\"";
-  for (const char16_t Unit : Text)
-    Out += Unit == u'\\' ? u"\\\\" : std::u16string(1, Unit);
-  return Out + u"\"";
-}
-
 // A value's name and data, as export text, for one entry of this key.
-std::u16string ValueText(std::u16string_view Key, int Entry, const std::u16string &Folder) {
-  const std::u16string Home = Folder + u"\\" + FolderName(Entry);
+std::u16string ValueText(std::u16string_view Key, int Entry, const TScene &Scene) {
+  const std::u16string Home = Scene.HomeOf(Entry);
   const std::u16string File = FileName(Entry);
   if (Key.ends_with(u"App Paths"))
     return u"@=" + Quoted(Home + u"\\" + File);
@@ -74,7 +49,7 @@ std::u16string ValueText(std::u16string_view Key, int Entry, const std::u16strin
   return Quoted(u"entry " + Number(Entry)) + u"=" + Quoted(Home + u"\\" + File);
 }
 
-std::u16string ContentFor(const std::u16string &Folder) {
+std::u16string ContentFor(const TScene &Scene) {
   std::u16string Text;
   for (const TKeyPlan &Key : Keys) {
     const std::u16string Line = u"[~\\" + std::u16string(RegRootName(Key.Root)) + u"\\" + Key.Path;
@@ -82,20 +57,10 @@ std::u16string ContentFor(const std::u16string &Folder) {
     for (int Entry = 0; Entry < Key.Entries; ++Entry) {
       if (Key.Subkeys)
         Text += Line + u"\\" + Number(Entry) + u".exe]\n";
-      Text += ValueText(Key.Path, Entry, Folder) + u"\n";
+      Text += ValueText(Key.Path, Entry, Scene) + u"\n";
     }
   }
   return Text;
-}
-
-void MakeFiles(const std::u16string &Folder, TFileSystem &Files) {
-  for (int File = 0; File < FileCount; ++File) {
-    const std::u16string Home = Folder + u"\\" + FolderName(File);
-    if (File % FolderSize == 0)
-      Files.CreateFolder(Home);
-    if (!IsGone(File))
-      WriteWholeFile(Home + u"\\" + FileName(File), "x");
-  }
 }
 
 std::size_t Enumerate(TRegistryHost &Host) {
@@ -124,17 +89,9 @@ std::size_t Enumerate(TRegistryHost &Host) {
 } // namespace
 
 int main() {
-  const TScratchFolder Folder;
-  const auto Registry = LiveRegistries().front().Make();
-  TTestScan Run(std::make_unique<TRootedRegistry>(*Registry), {}, ScannerTable());
-  std::optional<TPlatform> Live = MakeLivePlatform();
-  Run.Platform.Files = std::move(Live->Files);
-  Run.Platform.Drives = std::move(Live->Drives);
-  Run.Engine = std::make_unique<TScanRegistry>(
-      Run.Platform, *Run.Problems, TSettingsPaths(), ScannerTable(),
-      std::vector<std::u16string>(EnglishLabels.begin(), EnglishLabels.end()));
-  MakeFiles(Folder.Path(), *Run.Platform.Files);
-  Registry->Load(ContentFor(Folder.Path()));
+  TScene Scene;
+  TTestScan &Run = Scene.Run;
+  Scene.Registry->Load(ContentFor(Scene));
 
   // In turn, so that whatever else the machine does meets both; the quickest run of
   // each is the one that was disturbed least.
@@ -145,10 +102,7 @@ int main() {
     Bare = std::min(Bare, SecondsFor([&] { Entries = Enumerate(*Run.Platform.Registry); }));
     Scan = std::min(Scan, SecondsFor([&] { Run.Scan(u"1111111111111111"); }));
   }
-  std::int32_t Found = 0;
-  for (const TAreaResult &Area : Run.Engine->AreaResults())
-    Found += Area.Found;
-  std::printf("%zu entries in %zu keys, %d problems\n", Entries, std::size(Keys), Found);
+  std::printf("%zu entries in %zu keys, %d problems\n", Entries, std::size(Keys), Scene.Found());
   PrintRatio("scan / bare enumeration of the same keys", Scan / Bare, "goal: at most 1.3");
-  return Entries == 0 || Found == 0 ? 1 : 0;
+  return Entries == 0 || Scene.Found() == 0 ? 1 : 0;
 }
