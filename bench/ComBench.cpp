@@ -93,7 +93,7 @@ int main() {
   TScene Scene;
   double FirstPerClass = 0;
   int Loaded = 0;
-  for (const auto &[Classes, Rounds] : {std::pair(1'000, 30), {10'000, 10}, {100'000, 3}}) {
+  for (const auto &[Classes, Rounds] : {std::pair(1'000, 10), {10'000, 4}, {100'000, 2}}) {
     LoadClasses(Scene, Loaded, Classes);
     Loaded = Classes;
     // In turn, and the quickest of each: it was disturbed least.

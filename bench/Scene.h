@@ -1,6 +1,5 @@
 // What the benchmarks of scans have in common: files that entries name, and an engine
-// over the registry and the disk of Windows where there are such, else over those in
-// memory.
+// over the live registry and disk.
 #pragma once
 
 #include <memory>
@@ -31,10 +30,8 @@ class TScene {
 public:
   static constexpr int FileCount = 4000;
 
-  TScene() : Run(std::make_unique<TRootedRegistry>(*Registry), MakeMachine(), ScannerTable()) {
+  TScene() : Run(std::make_unique<TRootedRegistry>(*Registry), {}, ScannerTable()) {
     std::optional<TPlatform> Live = MakeLivePlatform();
-    if (!Live)
-      return;
     Run.Platform.Files = std::move(Live->Files);
     Run.Platform.Drives = std::move(Live->Drives);
     Run.Engine = std::make_unique<TScanRegistry>(
@@ -48,7 +45,7 @@ public:
   }
 
   // Of a file's folder, and of the file.
-  std::u16string HomeOf(int File) const { return Folder_ + u"\\" + FolderName(File); }
+  std::u16string HomeOf(int File) const { return Folder_.File(FolderName(File)); }
   std::u16string PathOf(int File) const { return HomeOf(File) + u"\\" + FileName(File); }
 
   std::int32_t Found() const {
@@ -59,19 +56,10 @@ public:
   }
 
 private:
-  TMachine MakeMachine() const {
-    TMachine Machine;
-    for (int File = 0; File < FileCount; ++File)
-      if (!IsGone(File))
-        Machine.Files.push_back(PathOf(File));
-    return Machine;
-  }
-
-  const TScratchFolder Scratch_;
-  const std::u16string Folder_ = LiveDisks().empty() ? u"C:\\Programs" : Scratch_.Path();
+  const TScratchFolder Folder_;
 
 public:
-  const std::unique_ptr<TTestRegistry> Registry = AllRegistries().front().Make();
+  const std::unique_ptr<TTestRegistry> Registry = LiveRegistries().front().Make();
   TTestScan Run;
 };
 
