@@ -1,6 +1,7 @@
-// The file family of the seam: is there something of this name?
+// The file family of the seam: is there something of this name, and what is in it?
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -16,6 +17,20 @@ enum class TPathState { Missing, File, Folder, Unknown };
 struct TFolderEntry {
   std::u16string_view Name;
   bool IsFolder = false;
+};
+
+// What became of a call on a file. Only NotFound says that it is not there.
+enum class TFileStatus { Ok, NotFound, Denied, Failed };
+
+// A whole file. Times are UTC in steps of 100 ns since 1601, as the disk keeps them;
+// Attributes are the system's own bits.
+struct TFileContent {
+  std::string Bytes;
+  std::uint64_t Created = 0;
+  std::uint64_t Accessed = 0;
+  std::uint64_t Written = 0;
+  std::uint32_t Attributes = 0;
+  bool operator==(const TFileContent &) const = default;
 };
 
 class TFileSystem {
@@ -36,6 +51,18 @@ public:
 
   // Creates one folder in an existing one. False when it was not created.
   virtual bool CreateFolder(std::u16string_view Path) = 0;
+
+  // The whole file, its times and attributes; those that reading it changes are told
+  // as they were before. A folder is Failed. A link's own content is what it leads to.
+  virtual TFileStatus ReadContent(std::u16string_view Path, TFileContent &Out) = 0;
+
+  // Makes the file, or replaces one of that name (a read-only one too), with these
+  // bytes, times and attributes: it is complete under its name or what it was before.
+  // Its folder must be there. NotFound: it is not.
+  virtual TFileStatus WriteContent(std::u16string_view Path, const TFileContent &Content) = 0;
+
+  // A read-only file is Denied.
+  virtual TFileStatus RemoveFile(std::u16string_view Path) = 0;
 
   // A 32-bit program on a 64-bit system is shown another system folder than the
   // real one. TRealSystemFolder switches that off; these do nothing elsewhere.

@@ -14,6 +14,7 @@
 #include "platform/Profiles.h"
 #include "platform/Registry.h"
 #include "platform/Shell.h"
+#include "platform/Storage.h"
 #include "platform/System.h"
 
 namespace hivesweep {
@@ -26,6 +27,7 @@ struct TPlatform {
   std::unique_ptr<TFolders> Folders;
   std::unique_ptr<TSystem> System;
   std::unique_ptr<TProfiles> Profiles;
+  std::unique_ptr<TStorage> Storage;
   std::unique_ptr<TClock> Clock;
   std::unique_ptr<TMessages> Messages;
   std::unique_ptr<TShell> Shell;
@@ -35,7 +37,7 @@ struct TPlatform {
 std::optional<TPlatform> MakeLivePlatform();
 
 // The families that are real on every system the program is built for: settings
-// files, clock, messages, shell. The machine's own families are left null, for a
+// files, storage, clock, messages, shell. The machine's own families are left null, for a
 // host that brings them.
 TPlatform MakeLocalServices();
 

@@ -4,6 +4,10 @@
 
 namespace hivesweep {
 
+bool IsIniText(std::u16string_view Text) {
+  return Text.find_first_of(std::u16string_view(u"\r\n\0", 3)) == std::u16string_view::npos;
+}
+
 int ReadInteger(TProfiles &Profiles, std::u16string_view Path, std::u16string_view Section,
                 std::u16string_view Key, int Default) {
   const std::u16string Stored = Profiles.ReadString(Path, Section, Key, u"");

@@ -39,12 +39,25 @@ public:
   virtual std::vector<std::u16string> Lines(std::u16string_view Path,
                                             std::u16string_view Section) = 0;
 
+  // Sets the key's text, or deletes the key when there is none; deleting what is not
+  // there is fine. A missing file is made, in UTF-16 with a mark, so that it can take
+  // every letter; one that is there keeps its encoding. False when it could not be
+  // written, and for a text with a line break or a zero in it. What else the form of an
+  // INI file can't hold ("=" in a key, blanks at its ends) is not noticed here: read it
+  // back.
+  virtual bool WriteString(std::u16string_view Path, std::u16string_view Section,
+                           std::u16string_view Key, std::optional<std::u16string_view> Text) = 0;
+
   // The file's stamp: while it is equal to an earlier one, so is the content.
   // Nothing when that can't be promised, because the file was changed so shortly
   // ago that another change could leave the same stamp. A missing file has a
   // stamp too.
   virtual std::optional<TFileStamp> Stamp(std::u16string_view Path) = 0;
 };
+
+// A text that stands in one line of an INI file as it is given: it has no line break and
+// no zero in it.
+bool IsIniText(std::u16string_view Text);
 
 // The text as a whole number, as settings store switches; Default when it is none.
 int ReadInteger(TProfiles &Profiles, std::u16string_view Path, std::u16string_view Section,

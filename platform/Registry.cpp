@@ -73,6 +73,20 @@ void TRegValueList::Add(std::u16string_view Name, TRegType Type, std::span<const
   AppendBytes(Units_, Bytes);
 }
 
+bool IsNewKeyPath(std::u16string_view Path) {
+  constexpr std::size_t LongestKeyName = 255;
+  if (Contains(Path, u'\0'))
+    return false;
+  for (;;) {
+    const std::size_t End = std::min(Path.find(u'\\'), Path.size());
+    if (End == 0 || End > LongestKeyName)
+      return false;
+    if (End == Path.size())
+      return true;
+    Path.remove_prefix(End + 1);
+  }
+}
+
 void TRegistry::SetRoot(TRegRoot Root) {
   if (Root == Root_)
     return;

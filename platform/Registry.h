@@ -116,11 +116,21 @@ struct TRegCounts {
   std::uint32_t Values = 0;
 };
 
+// What a key is beside its values and subkeys.
+struct TRegKeyInfo {
+  std::u16string ClassName;
+  // Owner, group and access list as one self-relative descriptor; empty in a registry
+  // that keeps none.
+  std::vector<std::byte> Security;
+  bool IsLink = false; // where it leads is its value SymbolicLinkValue of type Link
+};
+
 class TRegKey;
 
 struct TRegOpened {
   TRegStatus Status = TRegStatus::Failed;
   std::unique_ptr<TRegKey> Key; // set exactly when Status is Ok
+  bool Created = false;         // the key was not there before
 };
 
 // An open key. Closed when it is destroyed; it must not outlive its host.
@@ -139,6 +149,19 @@ public:
   // Opens a key below this one; never creates it.
   virtual TRegOpened Open(std::u16string_view Path, TRegAccess Access = TRegAccess::Read) = 0;
 
+  // The same, but a link at the path's end is opened as itself and not as what it
+  // leads to. Links on the way are followed.
+  virtual TRegOpened OpenItself(std::u16string_view Path, TRegAccess Access = TRegAccess::Read) = 0;
+
+  // Opens the key at Path, below this one, with full access; makes it when it is not
+  // there, with all its missing parents. Only a key that is made takes the class name,
+  // the access list (of Security; not the owner) and the nature of a link from Info; a
+  // parent that is made has none of them. An access list that the system does not
+  // let the user set is left out. A path that IsNewKeyPath refuses is Failed.
+  virtual TRegOpened Create(std::u16string_view Path, const TRegKeyInfo &Info = {}) = 0;
+
+  virtual TRegStatus ReadInfo(TRegKeyInfo &Out) = 0;
+
   // How many subkeys and values there are, without listing them.
   virtual TRegStatus Counts(TRegCounts &Out) = 0;
 
@@ -154,6 +177,11 @@ public:
   // One value. After a failure Out has type None and no bytes.
   virtual TRegStatus Read(std::u16string_view Name, TRegValue &Out) = 0;
 
+  // Stores type and bytes as they are given, over a value of that name, which keeps
+  // the spelling of its name.
+  virtual TRegStatus SetValue(std::u16string_view Name, TRegType Type,
+                              std::span<const std::byte> Bytes) = 0;
+
   virtual TRegStatus DeleteValue(std::u16string_view Name) = 0;
 
   // Deletes the key at Path, below this one, with all that is in it. A link
@@ -162,6 +190,13 @@ public:
   // is refused with Failed.
   virtual TRegStatus DeleteTree(std::u16string_view Path) = 0;
 };
+
+// A key could be made at this path: it has no zero inside and no part that is empty
+// or longer than a key's name can be.
+bool IsNewKeyPath(std::u16string_view Path);
+
+// A value's name has no more units than this.
+constexpr std::size_t LongestValueName = 16'383;
 
 // Some registry.
 class TRegistryHost {

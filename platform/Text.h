@@ -76,6 +76,10 @@ std::optional<std::u16string> FromStrictUtf8(std::string_view Bytes);
 // what the system makes of it.
 std::u16string FromAnsi(std::string_view Bytes);
 
+// The text in that code page. What has no byte there is replaced as the system does
+// it, by a similar letter or "?".
+std::string ToAnsi(std::u16string_view Text);
+
 // A text file's bytes by their mark: UTF-16 (either order) or UTF-8 with a mark;
 // without one, UTF-8 when they are well-formed UTF-8, else the code page.
 std::u16string DecodeTextFile(std::string_view Bytes);

@@ -22,6 +22,12 @@ bool HasDrive(std::u16string_view Path) {
   return Path.size() >= 3 && IsDriveRoot(Path.substr(0, 3));
 }
 
+// Of a path in lookup form that is no drive's root: that root keeps its backslash.
+std::u16string_view ParentOf(std::u16string_view Path) {
+  const std::size_t Last = Path.rfind(u'\\');
+  return Path.substr(0, Last == 2 ? 3 : Last);
+}
+
 } // namespace
 
 TMemoryFiles::TMemoryFiles(const TMachine &Machine, TFaults *Faults)
@@ -44,8 +50,10 @@ TMemoryFiles::TMemoryFiles(const TMachine &Machine, TFaults *Faults)
 }
 
 TPathState TMemoryFiles::Look(std::u16string_view Path) {
-  if (Faults_ && Faults_->Next())
-    return TPathState::Unknown;
+  return Faults_ && Faults_->Next() ? TPathState::Unknown : StateOf(Path);
+}
+
+TPathState TMemoryFiles::StateOf(std::u16string_view Path) const {
   if (!HasDrive(Path))
     return TPathState::Unknown;
   if (HasImpossibleName(Path))
@@ -85,12 +93,62 @@ bool TMemoryFiles::List(std::u16string_view Folder,
 
 bool TMemoryFiles::CreateFolder(std::u16string_view Path) {
   const std::u16string Whole = LookupPath(Path);
-  const std::size_t Parent = Whole.rfind(u'\\');
   if (!HasDrive(Whole) || HasImpossibleName(Whole) || Look(Whole) != TPathState::Missing ||
-      Look(Whole.substr(0, Parent == 2 ? 3 : Parent)) != TPathState::Folder)
+      Look(ParentOf(Whole)) != TPathState::Folder)
     return false;
   Add(Whole, TPathState::Folder);
   return true;
+}
+
+TFileStatus TMemoryFiles::FindFile(std::u16string_view Path, TEntries::iterator &Found) {
+  if (Faults_ && Faults_->Next())
+    return TFileStatus::Failed;
+  switch (StateOf(Path)) {
+  case TPathState::File:
+    Found = Entries_.find(Resolve(Path));
+    return TFileStatus::Ok;
+  case TPathState::Missing:
+    return TFileStatus::NotFound;
+  case TPathState::Folder:
+    return TFileStatus::Failed;
+  case TPathState::Unknown:
+    break;
+  }
+  return HasDrive(Path) ? TFileStatus::Denied : TFileStatus::Failed;
+}
+
+TFileStatus TMemoryFiles::ReadContent(std::u16string_view Path, TFileContent &Out) {
+  TEntries::iterator Found;
+  const TFileStatus Status = FindFile(Path, Found);
+  Out = Status == TFileStatus::Ok ? Found->second.Content : TFileContent();
+  return Status;
+}
+
+TFileStatus TMemoryFiles::WriteContent(std::u16string_view Path, const TFileContent &Content) {
+  TEntries::iterator Found;
+  const TFileStatus Status = FindFile(Path, Found);
+  if (Status == TFileStatus::Ok)
+    Found->second.Content = Content;
+  if (Status != TFileStatus::NotFound)
+    return Status;
+  if (HasImpossibleName(Path))
+    return TFileStatus::Failed;
+  if (StateOf(ParentOf(LookupPath(Path))) != TPathState::Folder)
+    return TFileStatus::NotFound;
+  Add(Path, TPathState::File).Content = Content;
+  return TFileStatus::Ok;
+}
+
+TFileStatus TMemoryFiles::RemoveFile(std::u16string_view Path) {
+  TEntries::iterator Found;
+  const TFileStatus Status = FindFile(Path, Found);
+  if (Status != TFileStatus::Ok)
+    return Status;
+  constexpr std::uint32_t ReadOnly = 1;
+  if ((Found->second.Content.Attributes & ReadOnly) != 0)
+    return TFileStatus::Denied;
+  Entries_.erase(Found);
+  return TFileStatus::Ok;
 }
 
 void *TMemoryFiles::DisableRedirection() {
@@ -118,7 +176,7 @@ std::u16string TMemoryFiles::Resolve(std::u16string_view Path) const {
   return WinDir_ + u"\\SysWOW64" + Whole.substr(System32.size());
 }
 
-void TMemoryFiles::Add(std::u16string_view Path, TPathState State) {
+TMemoryFiles::TEntry &TMemoryFiles::Add(std::u16string_view Path, TPathState State) {
   const std::u16string Whole = Resolve(Path);
   // Each part of the path, the parents as the folders that they must be.
   for (std::size_t From = 3; From < Whole.size();) {
@@ -130,6 +188,7 @@ void TMemoryFiles::Add(std::u16string_view Path, TPathState State) {
       Entry.State = State;
     From = End + 1;
   }
+  return Entries_[Whole];
 }
 
 } // namespace hivesweep

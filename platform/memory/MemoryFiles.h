@@ -21,19 +21,29 @@ public:
   bool List(std::u16string_view Folder,
             const std::function<bool(const TFolderEntry &Entry)> &Take) override;
   bool CreateFolder(std::u16string_view Path) override;
+  TFileStatus ReadContent(std::u16string_view Path, TFileContent &Out) override;
+  TFileStatus WriteContent(std::u16string_view Path, const TFileContent &Content) override;
+  TFileStatus RemoveFile(std::u16string_view Path) override;
   void *DisableRedirection() override;
   void RevertRedirection(void *Saved) override;
 
 private:
   struct TEntry {
     TPathState State = TPathState::Folder;
-    std::u16string Name; // the path's last part as it was first spelled
+    std::u16string Name;  // the path's last part as it was first spelled
+    TFileContent Content; // of a file; one that the machine's description names is empty
   };
+  using TEntries = std::map<std::u16string, TEntry, TNameLess>; // by the path in lookup form
+
+  // What stands in the way of a call on the file at Path; Ok and Found set when it is
+  // there.
+  TFileStatus FindFile(std::u16string_view Path, TEntries::iterator &Found);
+  TPathState StateOf(std::u16string_view Path) const;
 
   std::u16string Resolve(std::u16string_view Path) const;
-  void Add(std::u16string_view Path, TPathState State);
+  TEntry &Add(std::u16string_view Path, TPathState State);
 
-  std::map<std::u16string, TEntry, TNameLess> Entries_; // by the path in lookup form
+  TEntries Entries_;
   std::map<char16_t, TDriveType> Drives_;
   std::u16string WinDir_;
   bool Redirecting_;

@@ -28,6 +28,8 @@ struct TNode {
   bool Gone = false;
   bool Denied = false;
   bool SpellingImplied = false; // no text has named it yet, only a path through it
+  bool IsLink = false;
+  std::u16string ClassName;
   std::map<std::u16string, TNodePtr, TNameLess> Subkeys;
   std::list<TStoredValue> Values; // in the order of their making
   std::map<std::u16string, std::list<TStoredValue>::iterator, TNameLess> ValueIndex;
@@ -50,13 +52,46 @@ std::pair<std::u16string_view, std::u16string_view> SplitFirst(std::u16string_vi
   return {Path.substr(0, End), Path.substr(End + 1)};
 }
 
-TNodePtr FindNode(TNodePtr Node, std::u16string_view Path) {
-  while (Node && !Path.empty()) {
+// The last part of a path and what stands before it.
+std::pair<std::u16string_view, std::u16string_view> SplitLast(std::u16string_view Path) {
+  const std::size_t Break = Path.rfind(u'\\');
+  if (Break == std::u16string_view::npos)
+    return {{}, Path};
+  return {Path.substr(0, Break), Path.substr(Break + 1)};
+}
+
+// How much of a path is there: the last key of it and what follows that one. A link
+// is passed by none.
+struct TReach {
+  TNodePtr Node;
+  std::u16string_view Rest;
+};
+
+TReach ReachOf(TNodePtr Node, std::u16string_view Path) {
+  while (!Path.empty() && !Node->IsLink) {
     const auto [Name, Rest] = SplitFirst(Path);
-    Node = Node->FindSubkey(Name);
+    TNodePtr Below = Node->FindSubkey(Name);
+    if (!Below)
+      break;
+    Node = std::move(Below);
     Path = Rest;
   }
-  return Node;
+  return {std::move(Node), Path};
+}
+
+TNodePtr FindNode(const TNodePtr &Base, std::u16string_view Path) {
+  TReach Reach = ReachOf(Base, Path);
+  const bool IsThere = Reach.Rest.empty() && !Reach.Node->IsLink;
+  return IsThere || Path.empty() ? std::move(Reach.Node) : nullptr;
+}
+
+// The same, but a link at the path's end is found.
+TNodePtr FindItself(const TNodePtr &Base, std::u16string_view Path) {
+  if (Path.empty())
+    return Base;
+  const auto [Front, Name] = SplitLast(Path);
+  const TNodePtr Parent = FindNode(Base, Front);
+  return Parent ? Parent->FindSubkey(Name) : nullptr;
 }
 
 // Makes what is missing of the path. A name that was only implied so far takes
@@ -92,12 +127,11 @@ void MarkGone(TNode &Top) {
 }
 
 TRegStatus DeleteNode(const TNodePtr &Base, std::u16string_view Path) {
-  const std::size_t LastBreak = Path.rfind(u'\\');
-  const bool Deep = LastBreak != std::u16string_view::npos;
-  const TNodePtr Parent = Deep ? FindNode(Base, Path.substr(0, LastBreak)) : Base;
+  const auto [Front, Name] = SplitLast(Path);
+  const TNodePtr Parent = FindNode(Base, Front);
   if (!Parent)
     return TRegStatus::NotFound;
-  const auto Found = Parent->Subkeys.find(Deep ? Path.substr(LastBreak + 1) : Path);
+  const auto Found = Parent->Subkeys.find(Name);
   if (Found == Parent->Subkeys.end())
     return TRegStatus::NotFound;
   if (Found->second->Denied)
@@ -134,21 +168,35 @@ bool Addressable(std::u16string_view Name) { return !Contains(Name, u'\0'); }
 // the first over the second.
 class TMemoryRegKey final : public TRegKey {
 public:
-  TMemoryRegKey(std::vector<TNodePtr> Layers, TRegAccess Access, TFaults *Faults)
-      : Layers_(std::move(Layers)), Access_(Access), Faults_(Faults) {}
+  TMemoryRegKey(std::vector<TNodePtr> Layers, TRegAccess Access, TFaults *Faults,
+                bool IsClassesRoot)
+      : Layers_(std::move(Layers)), Access_(Access), Faults_(Faults),
+        IsClassesRoot_(IsClassesRoot) {}
 
   TRegOpened Open(std::u16string_view Path, TRegAccess Access) override {
-    if (!Addressable(Path) || Broken())
-      return {TRegStatus::Failed, nullptr};
-    std::vector<TNodePtr> Found;
-    for (const TNodePtr &Layer : Layers_)
-      if (TNodePtr Node = FindNode(Layer, Path); Node && !Node->Gone)
-        Found.push_back(std::move(Node));
-    if (Found.empty())
-      return {TRegStatus::NotFound, nullptr};
-    if (Found.front()->Denied)
-      return {TRegStatus::Denied, nullptr};
-    return {TRegStatus::Ok, std::make_unique<TMemoryRegKey>(std::move(Found), Access, Faults_)};
+    return OpenBy(FindNode, Path, Access);
+  }
+
+  TRegOpened OpenItself(std::u16string_view Path, TRegAccess Access) override {
+    return OpenBy(FindItself, Path, Access);
+  }
+
+  TRegOpened Create(std::u16string_view Path, const TRegKeyInfo &Info) override {
+    if (!IsNewKeyPath(Path))
+      return {};
+    TRegOpened Opened = OpenBy(Info.IsLink ? FindItself : FindNode, Path, TRegAccess::Full);
+    if (Opened.Status == TRegStatus::NotFound && !Layers_.front()->Gone)
+      Opened = Make(Path, Info);
+    return Opened;
+  }
+
+  TRegStatus ReadInfo(TRegKeyInfo &Out) override {
+    Out = {};
+    if (const TRegStatus Status = Check(); Status != TRegStatus::Ok)
+      return Status;
+    Out.ClassName = Layers_.front()->ClassName;
+    Out.IsLink = Layers_.front()->IsLink;
+    return TRegStatus::Ok;
   }
 
   TRegStatus Counts(TRegCounts &Out) override {
@@ -191,13 +239,21 @@ public:
     return TRegStatus::NotFound;
   }
 
+  TRegStatus SetValue(std::u16string_view Name, TRegType Type,
+                      std::span<const std::byte> Bytes) override {
+    if (!Addressable(Name) || Name.size() > LongestValueName)
+      return TRegStatus::Failed;
+    if (const TRegStatus Status = CheckToWrite(); Status != TRegStatus::Ok)
+      return Status;
+    StoreValue(*Layers_.front(), Name, Type, Bytes);
+    return TRegStatus::Ok;
+  }
+
   TRegStatus DeleteValue(std::u16string_view Name) override {
     if (!Addressable(Name))
       return TRegStatus::Failed;
-    if (const TRegStatus Status = Check(); Status != TRegStatus::Ok)
+    if (const TRegStatus Status = CheckToWrite(); Status != TRegStatus::Ok)
       return Status;
-    if (Access_ != TRegAccess::Full)
-      return TRegStatus::Denied;
     return FirstLayer([&](const TNodePtr &Layer) { return DropValue(*Layer, Name); });
   }
 
@@ -216,6 +272,61 @@ private:
     if (Broken())
       return TRegStatus::Failed;
     return Layers_.front()->Gone ? TRegStatus::NotFound : TRegStatus::Ok;
+  }
+
+  TRegStatus CheckToWrite() {
+    if (const TRegStatus Status = Check(); Status != TRegStatus::Ok)
+      return Status;
+    return Access_ == TRegAccess::Full ? TRegStatus::Ok : TRegStatus::Denied;
+  }
+
+  std::unique_ptr<TMemoryRegKey> KeyOf(std::vector<TNodePtr> Layers, TRegAccess Access,
+                                       bool IsClassesRoot) {
+    return std::make_unique<TMemoryRegKey>(std::move(Layers), Access, Faults_, IsClassesRoot);
+  }
+
+  using TFind = TNodePtr (*)(const TNodePtr &Base, std::u16string_view Path);
+
+  TRegOpened OpenBy(TFind Find, std::u16string_view Path, TRegAccess Access) {
+    if (!Addressable(Path) || Broken())
+      return {TRegStatus::Failed, nullptr};
+    std::vector<TNodePtr> Found;
+    for (const TNodePtr &Layer : Layers_)
+      if (TNodePtr Node = Find(Layer, Path); Node && !Node->Gone)
+        Found.push_back(std::move(Node));
+    if (Found.empty())
+      return {TRegStatus::NotFound, nullptr};
+    if (Found.front()->Denied)
+      return {TRegStatus::Denied, nullptr};
+    return {TRegStatus::Ok, KeyOf(std::move(Found), Access, IsClassesRoot_ && Path.empty())};
+  }
+
+  TRegOpened Make(std::u16string_view Path, const TRegKeyInfo &Info) {
+    const TReach Home = HomeOf(Path);
+    if (Home.Node->IsLink)
+      return {TRegStatus::NotFound, nullptr};
+    if (Home.Node->Denied)
+      return {TRegStatus::Denied, nullptr};
+    const TNodePtr Made = MakeNode(Home.Node, Home.Rest, false);
+    Made->ClassName = Info.ClassName;
+    Made->IsLink = Info.IsLink;
+    return {TRegStatus::Ok, KeyOf({Made}, TRegAccess::Full, false), true};
+  }
+
+  // Where a missing key is made: in the layer that has most of its path, the user's
+  // before the machine's. What has nothing of it below HKEY_CLASSES_ROOT itself goes to
+  // the machine's.
+  TReach HomeOf(std::u16string_view Path) const {
+    TReach Home;
+    for (const TNodePtr &Layer : Layers_) {
+      if (Layer->Gone)
+        continue;
+      TReach Reach = ReachOf(Layer, Path);
+      const bool HasNothing = Home.Rest.size() == Path.size();
+      if (!Home.Node || Reach.Rest.size() < Home.Rest.size() || (HasNothing && IsClassesRoot_))
+        Home = std::move(Reach);
+    }
+    return Home;
   }
 
   // Tries the layers in turn until one has what is asked for.
@@ -250,6 +361,7 @@ private:
   std::vector<TNodePtr> Layers_;
   TRegAccess Access_;
   TFaults *Faults_;
+  bool IsClassesRoot_;
 };
 
 // Takes a text in without touching anything: it is read for its faults alone.
@@ -331,7 +443,8 @@ bool TMemoryRegistry::Deny(std::u16string_view KeyPath) {
 
 TRegOpened TMemoryRegistry::Open(TRegRoot Root, std::u16string_view Path, TRegAccess Access) {
   std::vector<TNodePtr> Layers;
-  if (Root == TRegRoot::ClassesRoot) {
+  const bool IsClassesRoot = Root == TRegRoot::ClassesRoot;
+  if (IsClassesRoot) {
     for (const TRegRoot Owner : {TRegRoot::CurrentUser, TRegRoot::LocalMachine})
       if (TNodePtr Classes = FindNode(Trees_->Root(RegRootName(Owner)), ClassesPath))
         Layers.push_back(std::move(Classes));
@@ -340,7 +453,7 @@ TRegOpened TMemoryRegistry::Open(TRegRoot Root, std::u16string_view Path, TRegAc
   }
   if (Layers.empty())
     return {TRegStatus::NotFound, nullptr};
-  return TMemoryRegKey(std::move(Layers), Access, Faults_).Open(Path, Access);
+  return TMemoryRegKey(std::move(Layers), Access, Faults_, IsClassesRoot).Open(Path, Access);
 }
 
 } // namespace hivesweep

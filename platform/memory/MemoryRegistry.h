@@ -17,6 +17,7 @@ namespace hivesweep {
 // the user's software classes (HKEY_CURRENT_USER\Software\Classes) over the
 // machine's (HKEY_LOCAL_MACHINE\Software\Classes), subkeys and values of both,
 // the user's where both have one; what a text writes there goes to the machine's.
+// It keeps no security. A link leads nowhere: only what opens it as itself finds it.
 class TMemoryRegistry final : public TRegistryHost {
 public:
   // Faults, when given, must live as long as the registry and its keys.

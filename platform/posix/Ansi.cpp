@@ -1,5 +1,8 @@
 #include "platform/Text.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace hivesweep {
 
 namespace {
@@ -12,6 +15,16 @@ constexpr char16_t HighControls[] = {
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
 };
 
+// The byte of a character; nothing when it has none.
+std::optional<char> ByteOf(char16_t Unit) {
+  const auto *const Found = std::find(std::begin(HighControls), std::end(HighControls), Unit);
+  if (Found != std::end(HighControls))
+    return static_cast<char>(0x80 + (Found - std::begin(HighControls)));
+  if (Unit < 0x80 || (Unit >= 0xA0 && Unit < 0x100))
+    return static_cast<char>(Unit);
+  return std::nullopt;
+}
+
 } // namespace
 
 std::u16string FromAnsi(std::string_view Bytes) {
@@ -21,6 +34,14 @@ std::u16string FromAnsi(std::string_view Bytes) {
     const auto Code = static_cast<unsigned char>(Byte);
     Out.push_back(Code >= 0x80 && Code < 0xA0 ? HighControls[Code - 0x80] : Code);
   }
+  return Out;
+}
+
+std::string ToAnsi(std::u16string_view Text) {
+  std::string Out;
+  Out.reserve(Text.size());
+  for (const char16_t Unit : Text)
+    Out.push_back(ByteOf(Unit).value_or('?'));
   return Out;
 }
 

@@ -2,58 +2,14 @@
 
 #include <cerrno>
 #include <cstring>
-#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include "platform/Text.h"
+#include "platform/posix/FileParts.h"
 
 namespace hivesweep {
-
-namespace {
-
-TDiskError ErrorText(int Error) { return FromUtf8(std::strerror(Error)); }
-
-// A file's descriptor; closes it.
-class TDescriptor {
-public:
-  explicit TDescriptor(int Number) : Number_(Number) {}
-  TDescriptor(const TDescriptor &) = delete;
-  TDescriptor &operator=(const TDescriptor &) = delete;
-  ~TDescriptor() {
-    if (IsOpen())
-      close(Number_);
-  }
-
-  bool IsOpen() const { return Number_ >= 0; }
-  int Get() const { return Number_; }
-  // Some systems report only here that the disk was full.
-  bool Close() { return close(std::exchange(Number_, -1)) == 0; }
-
-private:
-  int Number_;
-};
-
-bool WriteAll(int File, std::string_view Bytes) {
-  while (!Bytes.empty()) {
-    const ssize_t Written = write(File, Bytes.data(), Bytes.size());
-    if (Written < 0 && errno == EINTR)
-      continue;
-    if (Written < 0)
-      return false;
-    Bytes.remove_prefix(static_cast<std::size_t>(Written));
-  }
-  return fsync(File) == 0;
-}
-
-// A name with a zero inside would be cut there, and mean another file.
-bool IsName(std::u16string_view Path) {
-  return !Path.empty() && Path.find(u'\0') == std::u16string_view::npos;
-}
-
-} // namespace
 
 TDiskError ReadWholeFile(std::u16string_view Path, std::string &Out) {
   Out.clear();
@@ -83,12 +39,11 @@ TDiskError WriteWholeFile(std::u16string_view Path, std::string_view Bytes) {
   if (!IsName(Path))
     return ErrorText(ENOENT);
   const std::string Target = ToUtf8(Path);
+  // A rename would replace it.
+  if (IsReadOnly(Target))
+    return ErrorText(EACCES);
   struct stat Old = {};
   const bool Exists = stat(Target.c_str(), &Old) == 0;
-  // A rename would replace a file that nobody may write.
-  if (Exists && (Old.st_mode & 0222) == 0)
-    return ErrorText(EACCES);
-
   const std::string Folder = Target.substr(0, Target.rfind('/') + 1);
   const std::string Prefix = Folder + "~" + std::to_string(getpid()) + "-";
   for (int Try = 0;; ++Try) {
@@ -99,8 +54,9 @@ TDiskError WriteWholeFile(std::u16string_view Path, std::string_view Bytes) {
         continue;
       return ErrorText(errno);
     }
-    if ((!Exists || fchmod(File.Get(), Old.st_mode & 0777) == 0) && WriteAll(File.Get(), Bytes) &&
-        File.Close() && rename(Temporary.c_str(), Target.c_str()) == 0)
+    if ((!Exists || fchmod(File.Get(), Old.st_mode & 0777) == 0) &&
+        WriteAndFlush(File.Get(), Bytes) && File.Close() &&
+        rename(Temporary.c_str(), Target.c_str()) == 0)
       return {};
     const int Error = errno;
     unlink(Temporary.c_str());

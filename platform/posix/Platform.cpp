@@ -1,8 +1,8 @@
 #include "platform/Platform.h"
 
-#include <ctime>
-
+#include "platform/posix/LocalTime.h"
 #include "platform/posix/PosixProfiles.h"
+#include "platform/posix/PosixStorage.h"
 
 namespace hivesweep {
 
@@ -10,13 +10,9 @@ namespace {
 
 class TPosixClock final : public TClock {
 public:
-  TLocalTime Now() override {
-    const std::time_t Seconds = std::time(nullptr);
-    std::tm Parts = {};
-    localtime_r(&Seconds, &Parts);
-    return {Parts.tm_year + 1900, Parts.tm_mon + 1, Parts.tm_mday,
-            Parts.tm_hour,        Parts.tm_min,     Parts.tm_sec};
-  }
+  TLocalTime Now() override { return LocalTime(std::time(nullptr)); }
+
+  std::u16string DateSeparator() override { return u"/"; }
 
   void Pause(std::uint32_t Milliseconds) override {
     const timespec Length = {static_cast<std::time_t>(Milliseconds / 1000),
@@ -35,6 +31,9 @@ public:
 class TNoShell final : public TShell {
 public:
   bool Open(std::u16string_view, std::u16string_view) override { return false; }
+  std::unique_ptr<TProcess> Start(std::u16string_view, std::u16string_view) override {
+    return nullptr;
+  }
 };
 
 } // namespace
@@ -42,6 +41,7 @@ public:
 TPlatform MakeLocalServices() {
   TPlatform Platform;
   Platform.Profiles = std::make_unique<TPosixProfiles>();
+  Platform.Storage = std::make_unique<TPosixStorage>();
   Platform.Clock = std::make_unique<TPosixClock>();
   Platform.Messages = std::make_unique<TNoMessages>();
   Platform.Shell = std::make_unique<TNoShell>();

@@ -7,31 +7,11 @@
 
 #include "platform/DiskFile.h"
 #include "platform/Text.h"
+#include "platform/posix/IniText.h"
 
 namespace hivesweep {
 
 namespace {
-
-struct TLine {
-  std::u16string_view Name;
-  std::u16string_view Value; // with its quotes
-  bool HasValue = false;     // there is a "="
-};
-
-// The name in a section's header; nothing when the line is none. The first closing
-// bracket ends it, or else the line does; what follows is no text of the section.
-std::optional<std::u16string_view> HeaderName(std::u16string_view Line) {
-  if (!Line.starts_with(u'['))
-    return std::nullopt;
-  return Trim(Line.substr(1, Line.find(u']') - 1));
-}
-
-TLine SplitLine(std::u16string_view Line) {
-  const std::size_t Equals = Line.find(u'=');
-  if (Equals == std::u16string_view::npos)
-    return {Line, {}, false};
-  return {Trim(Line.substr(0, Equals)), Trim(Line.substr(Equals + 1)), true};
-}
 
 std::u16string_view WithoutQuotes(std::u16string_view Value) {
   if (Value.size() >= 2 && Value.front() == Value.back() &&
@@ -45,19 +25,36 @@ std::u16string ReadText(std::u16string_view Path) {
   return ReadWholeFile(Path, Bytes).empty() ? DecodeTextFile(Bytes) : std::u16string();
 }
 
-// The lines of the first section of that name, without comments.
-std::vector<TLine> SectionLines(std::u16string_view Text, std::u16string_view Section) {
-  std::vector<TLine> Out;
-  bool Inside = false;
-  for (std::u16string_view Line : SplitLines(Text)) {
-    Line = Trim(Line);
-    if (const auto Name = HeaderName(Line)) {
-      if (Inside)
-        break;
-      Inside = EqualNoCase(*Name, Trim(Section));
-    } else if (Inside && !Line.empty() && !Line.starts_with(u';')) {
-      Out.push_back(SplitLine(Line));
-    }
+// How the units of a settings file stand on the disk.
+enum class TEncoding { Utf16, Utf16HighFirst, MarkedUtf8, Utf8, Ansi };
+
+TEncoding EncodingOf(std::string_view Bytes) {
+  if (Bytes.starts_with("\xFF\xFE"))
+    return TEncoding::Utf16;
+  if (Bytes.starts_with("\xFE\xFF"))
+    return TEncoding::Utf16HighFirst;
+  if (Bytes.starts_with("\xEF\xBB\xBF"))
+    return TEncoding::MarkedUtf8;
+  return FromStrictUtf8(Bytes) ? TEncoding::Utf8 : TEncoding::Ansi;
+}
+
+std::string Encoded(std::u16string_view Text, TEncoding Encoding) {
+  switch (Encoding) {
+  case TEncoding::MarkedUtf8:
+    return "\xEF\xBB\xBF" + ToUtf8(Text);
+  case TEncoding::Utf8:
+    return ToUtf8(Text);
+  case TEncoding::Ansi:
+    return ToAnsi(Text);
+  case TEncoding::Utf16:
+  case TEncoding::Utf16HighFirst:
+    break;
+  }
+  const bool HighFirst = Encoding == TEncoding::Utf16HighFirst;
+  std::string Out = HighFirst ? "\xFE\xFF" : "\xFF\xFE";
+  for (const char16_t Unit : Text) {
+    Out.push_back(static_cast<char>(HighFirst ? Unit >> 8 : Unit & 0xFF));
+    Out.push_back(static_cast<char>(HighFirst ? Unit & 0xFF : Unit >> 8));
   }
   return Out;
 }
@@ -72,7 +69,7 @@ std::uint64_t Nanoseconds(const timespec &Time) {
 std::u16string TPosixProfiles::ReadString(std::u16string_view Path, std::u16string_view Section,
                                           std::u16string_view Key, std::u16string_view Default) {
   const std::u16string Text = ReadText(Path);
-  for (const TLine &Line : SectionLines(Text, Section))
+  for (const TIniLine &Line : IniLines(Text, Section))
     if (Line.HasValue && EqualNoCase(Line.Name, Trim(Key)))
       return std::u16string(WithoutQuotes(Line.Value));
   return std::u16string(Default);
@@ -82,7 +79,7 @@ std::vector<std::u16string> TPosixProfiles::KeyNames(std::u16string_view Path,
                                                      std::u16string_view Section) {
   const std::u16string Text = ReadText(Path);
   std::vector<std::u16string> Out;
-  for (const TLine &Line : SectionLines(Text, Section))
+  for (const TIniLine &Line : IniLines(Text, Section))
     if (Line.HasValue)
       Out.emplace_back(Line.Name);
   return Out;
@@ -92,12 +89,33 @@ std::vector<std::u16string> TPosixProfiles::Lines(std::u16string_view Path,
                                                   std::u16string_view Section) {
   const std::u16string Text = ReadText(Path);
   std::vector<std::u16string> Out;
-  for (const TLine &Line : SectionLines(Text, Section)) {
+  for (const TIniLine &Line : IniLines(Text, Section)) {
     Out.emplace_back(Line.Name);
     if (Line.HasValue)
       Out.back().append(u"=").append(Line.Value);
   }
   return Out;
+}
+
+bool TPosixProfiles::WriteString(std::u16string_view Path, std::u16string_view Section,
+                                 std::u16string_view Key, std::optional<std::u16string_view> Text) {
+  if (!IsIniText(Section) || !IsIniText(Key) || !IsIniText(Text.value_or(u"")))
+    return false;
+  std::string Bytes = "\xFF\xFE";
+  struct stat Found = {};
+  const bool IsMissing = stat(ToUtf8(Path).c_str(), &Found) != 0 && errno == ENOENT;
+  if (IsMissing && !Text)
+    return true;
+  if (!IsMissing && !ReadWholeFile(Path, Bytes).empty())
+    return false;
+  const TEncoding Encoding = EncodingOf(Bytes);
+  std::u16string Whole = DecodeTextFile(Bytes);
+  // Else what is malformed in the file would be lost.
+  if (Encoded(Whole, Encoding) != Bytes)
+    return false;
+  SetIniText(Whole, Section, Key, Text);
+  const std::string New = Encoded(Whole, Encoding);
+  return (!IsMissing && New == Bytes) || WriteWholeFile(Path, New).empty();
 }
 
 std::optional<TFileStamp> TPosixProfiles::Stamp(std::u16string_view Path) {

@@ -13,6 +13,8 @@ public:
   std::vector<std::u16string> KeyNames(std::u16string_view Path,
                                        std::u16string_view Section) override;
   std::vector<std::u16string> Lines(std::u16string_view Path, std::u16string_view Section) override;
+  bool WriteString(std::u16string_view Path, std::u16string_view Section, std::u16string_view Key,
+                   std::optional<std::u16string_view> Text) override;
   std::optional<TFileStamp> Stamp(std::u16string_view Path) override;
 };
 

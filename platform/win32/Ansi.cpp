@@ -13,4 +13,15 @@ std::u16string FromAnsi(std::string_view Bytes) {
   return Out;
 }
 
+std::string ToAnsi(std::u16string_view Text) {
+  const std::u16string Ended(Text);
+  const auto Convert = [&](char *Bytes, int Room) {
+    return WideCharToMultiByte(CP_ACP, 0, Wide(Ended), static_cast<int>(Ended.size()), Bytes, Room,
+                               nullptr, nullptr);
+  };
+  std::string Out(static_cast<std::size_t>(Convert(nullptr, 0)), '\0');
+  Convert(Out.data(), static_cast<int>(Out.size()));
+  return Out;
+}
+
 } // namespace hivesweep

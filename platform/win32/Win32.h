@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -82,5 +83,40 @@ public:
 private:
   HANDLE Owned_;
 };
+
+// A search through a folder; closes it.
+class TSearch {
+public:
+  TSearch(const std::u16string &Pattern, WIN32_FIND_DATAW &First)
+      : Owned_(FindFirstFileW(Wide(Pattern), &First)) {}
+  TSearch(const TSearch &) = delete;
+  TSearch &operator=(const TSearch &) = delete;
+  ~TSearch() {
+    if (IsOpen())
+      FindClose(Owned_);
+  }
+
+  bool IsOpen() const { return Owned_ != INVALID_HANDLE_VALUE; }
+  bool Next(WIN32_FIND_DATAW &Out) const { return FindNextFileW(Owned_, &Out) != 0; }
+
+private:
+  HANDLE Owned_;
+};
+
+// "." or "..", which every folder has.
+inline bool IsOwnOrParent(const WIN32_FIND_DATAW &Entry) {
+  const std::u16string_view Name = FromWide(Entry.cFileName);
+  return Name == u"." || Name == u"..";
+}
+
+// ---- times --------------------------------------------------------------------
+
+// Steps of 100 ns since 1601.
+inline std::uint64_t Number(const FILETIME &Time) {
+  return static_cast<std::uint64_t>(Time.dwHighDateTime) << 32 | Time.dwLowDateTime;
+}
+inline FILETIME FileTime(std::uint64_t Number) {
+  return {static_cast<DWORD>(Number), static_cast<DWORD>(Number >> 32)};
+}
 
 } // namespace hivesweep

@@ -13,6 +13,14 @@ public:
     return {Time.wYear, Time.wMonth, Time.wDay, Time.wHour, Time.wMinute, Time.wSecond};
   }
 
+  std::u16string DateSeparator() override {
+    wchar_t Separator[16] = {};
+    if (GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDATE, Separator,
+                       static_cast<int>(std::size(Separator))) == 0)
+      return u"/";
+    return FromWide(Separator);
+  }
+
   void Pause(std::uint32_t Milliseconds) override { Sleep(Milliseconds); }
 };
 

@@ -1,7 +1,7 @@
 #include "platform/Drives.h"
+#include "platform/win32/FileParts.h"
 #include "platform/win32/Hosts.h"
 #include "platform/win32/LongPath.h"
-#include "platform/win32/Win32.h"
 
 namespace hivesweep {
 
@@ -29,40 +29,6 @@ std::u16string ShareOf(std::u16string_view ServerPath) {
   return std::u16string(ServerPath.substr(0, ServerPath.find_first_of(u"\\/", Share + 1))) + u"\\";
 }
 
-// Only what says for certain that there is nothing of that name.
-bool MeansMissing(DWORD Error) {
-  switch (Error) {
-  case ERROR_FILE_NOT_FOUND:
-  case ERROR_PATH_NOT_FOUND: // a folder on the way is missing, or is a file
-  case ERROR_INVALID_NAME:
-  case ERROR_BAD_PATHNAME:
-  case ERROR_DIRECTORY:
-  case ERROR_FILENAME_EXCED_RANGE:
-    return true;
-  default:
-    return false;
-  }
-}
-
-// A search through a folder; closes it.
-class TSearch {
-public:
-  TSearch(const std::u16string &Pattern, WIN32_FIND_DATAW &First)
-      : Owned_(FindFirstFileW(Wide(Pattern), &First)) {}
-  TSearch(const TSearch &) = delete;
-  TSearch &operator=(const TSearch &) = delete;
-  ~TSearch() {
-    if (IsOpen())
-      FindClose(Owned_);
-  }
-
-  bool IsOpen() const { return Owned_ != INVALID_HANDLE_VALUE; }
-  bool Next(WIN32_FIND_DATAW &Out) const { return FindNextFileW(Owned_, &Out) != 0; }
-
-private:
-  HANDLE Owned_;
-};
-
 class TWin32Files final : public TFileSystem {
 public:
   TWin32Files() {
@@ -71,8 +37,7 @@ public:
   }
 
   TPathState Look(std::u16string_view Path) override {
-    const bool OnServer = HasServer(Path);
-    if (!OnServer && !HasDrive(Path))
+    if (!HasServer(Path) && !HasDrive(Path))
       return TPathState::Unknown;
     if (HasImpossibleName(Path))
       return TPathState::Missing;
@@ -88,9 +53,7 @@ public:
     // Something holds it so tightly (the page file) that it can't be looked at.
     if (Error == ERROR_SHARING_VIOLATION)
       return TPathState::File;
-    if (!MeansMissing(Error))
-      return TPathState::Unknown;
-    return OnServer && !CanReachShare(Path) ? TPathState::Unknown : TPathState::Missing;
+    return IsMissing(Error, Path) ? TPathState::Missing : TPathState::Unknown;
   }
 
   bool List(std::u16string_view Folder,
@@ -102,9 +65,9 @@ public:
     if (!Search.IsOpen())
       return false;
     do {
-      const std::u16string_view Name = FromWide(Found.cFileName);
-      if (Name != u"." && Name != u".." &&
-          !Take({Name, (Found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0}))
+      if (!IsOwnOrParent(Found) &&
+          !Take({FromWide(Found.cFileName),
+                 (Found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0}))
         return false;
     } while (Search.Next(Found));
     return GetLastError() == ERROR_NO_MORE_FILES;
@@ -114,6 +77,50 @@ public:
     if ((!HasDrive(Path) && !HasServer(Path)) || HasImpossibleName(Path))
       return false;
     return CreateDirectoryW(Wide(SystemPath(Path, NewFolderRoom)), nullptr) != 0;
+  }
+
+  TFileStatus ReadContent(std::u16string_view Path, TFileContent &Out) override {
+    Out = {};
+    if (const TFileStatus Status = CheckPath(Path); Status != TFileStatus::Ok)
+      return Status;
+    // Without this flag a folder could not be told from what the user may not read.
+    const TFileHandle File = OpenToRead(SystemPath(Path), FILE_FLAG_BACKUP_SEMANTICS);
+    if (!File.IsOpen())
+      return LastStatus(Path);
+    BY_HANDLE_FILE_INFORMATION Found = {};
+    if (!GetFileInformationByHandle(File.Get(), &Found) ||
+        (Found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ||
+        !ReadToEnd(File.Get(), Out.Bytes))
+      return TFileStatus::Failed;
+    Out.Created = Number(Found.ftCreationTime);
+    Out.Accessed = Number(Found.ftLastAccessTime);
+    Out.Written = Number(Found.ftLastWriteTime);
+    Out.Attributes = Found.dwFileAttributes;
+    return TFileStatus::Ok;
+  }
+
+  TFileStatus WriteContent(std::u16string_view Path, const TFileContent &Content) override {
+    if (CheckPath(Path) != TFileStatus::Ok)
+      return TFileStatus::Failed;
+    const std::u16string Target = SystemPath(Path);
+    TTemporaryFile Temporary(Path.substr(0, Path.find_last_of(u"\\/") + 1));
+    if (!Temporary.IsMade() || !WriteAndFlush(Temporary.Get(), Content.Bytes) ||
+        !SetTimes(Temporary.Get(), Content) || !Temporary.SetAttributes(Content.Attributes) ||
+        !Replace(Target, Temporary))
+      return LastStatus(Path);
+    // A file that takes another's name is given that one's time of creation.
+    const TFileHandle File(CreateFileW(Wide(Target), FILE_WRITE_ATTRIBUTES,
+                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                       nullptr, OPEN_EXISTING, 0, nullptr));
+    if (File.IsOpen())
+      SetTimes(File.Get(), Content);
+    return TFileStatus::Ok;
+  }
+
+  TFileStatus RemoveFile(std::u16string_view Path) override {
+    if (const TFileStatus Status = CheckPath(Path); Status != TFileStatus::Ok)
+      return Status;
+    return DeleteFileW(Wide(SystemPath(Path))) ? TFileStatus::Ok : LastStatus(Path);
   }
 
   void *DisableRedirection() override {
@@ -129,6 +136,45 @@ public:
   }
 
 private:
+  static TFileStatus CheckPath(std::u16string_view Path) {
+    if (!HasServer(Path) && !HasDrive(Path))
+      return TFileStatus::Failed;
+    return HasImpossibleName(Path) ? TFileStatus::NotFound : TFileStatus::Ok;
+  }
+
+  static TFileStatus LastStatus(std::u16string_view Path) {
+    const DWORD Error = GetLastError();
+    if (Error == ERROR_ACCESS_DENIED || Error == ERROR_WRITE_PROTECT)
+      return TFileStatus::Denied;
+    return IsMissing(Error, Path) ? TFileStatus::NotFound : TFileStatus::Failed;
+  }
+
+  static bool SetTimes(HANDLE File, const TFileContent &Content) {
+    const FILETIME Created = FileTime(Content.Created);
+    const FILETIME Accessed = FileTime(Content.Accessed);
+    const FILETIME Written = FileTime(Content.Written);
+    return SetFileTime(File, &Created, &Accessed, &Written) != 0;
+  }
+
+  static bool Replace(const std::u16string &Target, TTemporaryFile &By) {
+    if (!IsReadOnly(Target))
+      return By.RenameTo(Target);
+    const DWORD Old = GetFileAttributesW(Wide(Target));
+    if (!SetFileAttributesW(Wide(Target), Old & ~DWORD{FILE_ATTRIBUTE_READONLY}))
+      return false;
+    if (By.RenameTo(Target))
+      return true;
+    const DWORD Error = GetLastError();
+    SetFileAttributesW(Wide(Target), Old);
+    SetLastError(Error);
+    return false;
+  }
+
+  // After a call that the system answered with this error.
+  static bool IsMissing(DWORD Error, std::u16string_view Path) {
+    return MeansMissing(Error) && (!HasServer(Path) || CanReachShare(Path));
+  }
+
   // Some networks answer "not found" for a server that is down.
   static bool CanReachShare(std::u16string_view Path) {
     const std::u16string Share = ShareOf(Path);

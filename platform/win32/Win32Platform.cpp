@@ -6,6 +6,7 @@ namespace hivesweep {
 TPlatform MakeLocalServices() {
   TPlatform Platform;
   Platform.Profiles = MakeWin32Profiles();
+  Platform.Storage = MakeWin32Storage();
   Platform.Clock = MakeWin32Clock();
   Platform.Messages = MakeWin32Messages();
   Platform.Shell = MakeWin32Shell();

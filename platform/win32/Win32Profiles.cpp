@@ -1,13 +1,9 @@
+#include "platform/win32/FileParts.h"
 #include "platform/win32/Hosts.h"
-#include "platform/win32/Win32.h"
 
 namespace hivesweep {
 
 namespace {
-
-std::uint64_t Number(const FILETIME &Time) {
-  return static_cast<std::uint64_t>(Time.dwHighDateTime) << 32 | Time.dwLowDateTime;
-}
 
 // The texts of a list in which a zero ends each.
 std::vector<std::u16string> SplitList(const std::u16string &List) {
@@ -61,6 +57,28 @@ public:
     }));
   }
 
+  bool WriteString(std::u16string_view Path, std::u16string_view Section, std::u16string_view Key,
+                   std::optional<std::u16string_view> Text) override {
+    if (HoldsZero(Path) || !IsIniText(Section) || !IsIniText(Key) || !IsIniText(Text.value_or(u"")))
+      return false;
+    const std::u16string File(Path);
+    if (IsMissing(File)) {
+      if (!Text)
+        return true;
+      if (!MakeFile(File))
+        return false;
+    } else if (IsReadOnly(File)) {
+      return false; // not every disk keeps an administrator from writing it
+    }
+    const std::u16string Value(Text.value_or(u""));
+    const bool Written =
+        WritePrivateProfileStringW(Wide(std::u16string(Section)), Wide(std::u16string(Key)),
+                                   Text ? Wide(Value) : nullptr, Wide(File)) != 0;
+    // Some systems keep what was written to themselves until they are asked.
+    WritePrivateProfileStringW(nullptr, nullptr, nullptr, Wide(File));
+    return Written;
+  }
+
   std::optional<TFileStamp> Stamp(std::u16string_view Path) override {
     if (HoldsZero(Path))
       return std::nullopt;
@@ -81,6 +99,20 @@ public:
       return std::nullopt;
     return TFileStamp{Modified, Number(Found.ftCreationTime),
                       static_cast<std::uint64_t>(Found.nFileSizeHigh) << 32 | Found.nFileSizeLow};
+  }
+
+private:
+  static bool IsMissing(const std::u16string &File) {
+    return GetFileAttributesW(Wide(File)) == INVALID_FILE_ATTRIBUTES &&
+           GetLastError() == ERROR_FILE_NOT_FOUND;
+  }
+
+  // In a file that begins with this mark the system keeps all letters, in one that it
+  // makes itself those of the code page.
+  static bool MakeFile(const std::u16string &File) {
+    const TFileHandle Made(CreateFileW(Wide(File), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                       FILE_ATTRIBUTE_NORMAL, nullptr));
+    return Made.IsOpen() && WriteAndFlush(Made.Get(), "\xFF\xFE");
   }
 };
 

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/win32/KeySecurity.h"
 #include "platform/win32/Win32.h"
 
 namespace hivesweep {
@@ -22,6 +23,10 @@ constexpr DWORD UsualRoom = 32'768;
 // A longer text does not fit into the system's own string type, whose 16-bit
 // length would wrap: it would be taken for another one.
 constexpr std::size_t LongestText = 32'766;
+
+// Keys below this one are made and deleted with rights that the system looks up when it
+// happens, so a handle needs none for them.
+constexpr REGSAM FullRights = KEY_READ | KEY_SET_VALUE;
 
 bool IsAddressable(std::u16string_view Text) {
   return Text.size() <= LongestText && !HoldsZero(Text) && !Text.starts_with(u'\\');
@@ -75,6 +80,13 @@ public:
   LONG Open(HKEY Base, const std::u16string &Path, DWORD Options, REGSAM Rights) {
     Close();
     return RegOpenKeyExW(Base, Wide(Path), Options, Rights, &Owned_);
+  }
+  LONG Create(HKEY Base, const std::u16string &Path, REGSAM Rights, std::u16string ClassName = {},
+              DWORD Options = 0, DWORD *Disposition = nullptr) {
+    Close();
+    wchar_t *const Class = ClassName.empty() ? nullptr : Wide(ClassName.data());
+    return RegCreateKeyExW(Base, Wide(Path), 0, Class, Options, Rights, nullptr, &Owned_,
+                           Disposition);
   }
   HKEY Get() const { return Owned_; }
   void Close() {
@@ -134,6 +146,74 @@ LONG ListSubkeys(HKEY Key, TWin32Registry::TBuffers &Buffers, std::vector<std::u
   }
 }
 
+// Whether the key has what makes a link of a key. Answers the system's error.
+LONG HasLinkValue(HKEY Key, bool &Answer) {
+  DWORD Type = REG_NONE;
+  const LONG Error = RegQueryValueExW(Key, L"SymbolicLinkValue", nullptr, &Type, nullptr, nullptr);
+  Answer = Error == ERROR_SUCCESS && Type == REG_LINK;
+  return StatusOf(Error) == TRegStatus::NotFound ? ERROR_SUCCESS : Error;
+}
+
+// Any key can have a value of that name and type. But a link's own does not show when
+// the link is followed.
+LONG CheckForLink(HKEY Base, const std::u16string &Path, HKEY Itself, bool &Answer) {
+  const LONG Error = HasLinkValue(Itself, Answer);
+  if (Error != ERROR_SUCCESS || !Answer)
+    return Error;
+  TKeyHandle Followed;
+  bool Shows = false;
+  Answer = Followed.Open(Base, Path, 0, KEY_QUERY_VALUE) != ERROR_SUCCESS ||
+           HasLinkValue(Followed.Get(), Shows) != ERROR_SUCCESS || !Shows;
+  return ERROR_SUCCESS;
+}
+
+LONG ReadClassName(HKEY Key, std::u16string &Out) {
+  constexpr DWORD Most = 65'536;
+  LONG Error = ERROR_MORE_DATA;
+  for (DWORD Room = 256; Error == ERROR_MORE_DATA && Room <= Most; Room *= 4) {
+    Out.resize(Room);
+    DWORD Length = Room;
+    Error = RegQueryInfoKeyW(Key, Wide(Out.data()), &Length, nullptr, nullptr, nullptr, nullptr,
+                             nullptr, nullptr, nullptr, nullptr, nullptr);
+    Out.resize(Error == ERROR_SUCCESS ? Length : 0);
+  }
+  return Error;
+}
+
+// The system makes all levels of a path as it is told to make the last.
+bool MustBeMadeAlone(const TRegKeyInfo &Info) { return !Info.ClassName.empty() || Info.IsLink; }
+
+// The front of the path that is made by a call of its own; 0: there is none.
+std::size_t FrontToMakeFirst(std::u16string_view Path, bool LastIsAlone) {
+  constexpr int MostLevels = 32; // that the system makes in one call
+  int Levels = 0;
+  std::size_t End = Path.find(u'\\');
+  for (; End != std::u16string_view::npos; End = Path.find(u'\\', End + 1))
+    if (++Levels == MostLevels)
+      return End;
+  return LastIsAlone && Levels > 0 ? Path.rfind(u'\\') : 0;
+}
+
+// Created: the key was not there before.
+LONG CreateKey(HKEY Base, std::u16string_view Path, const TRegKeyInfo &Info, TKeyHandle &Out,
+               bool &Created) {
+  TKeyHandle Parent;
+  while (const std::size_t End = FrontToMakeFirst(Path, MustBeMadeAlone(Info))) {
+    TKeyHandle Next;
+    const LONG Error = Next.Create(Base, std::u16string(Path.substr(0, End)), KEY_READ);
+    if (Error != ERROR_SUCCESS)
+      return Error;
+    Parent = std::move(Next);
+    Base = Parent.Get();
+    Path.remove_prefix(End + 1);
+  }
+  DWORD Disposition = 0;
+  const LONG Error = Out.Create(Base, std::u16string(Path), FullRights, Info.ClassName,
+                                Info.IsLink ? REG_OPTION_CREATE_LINK : 0, &Disposition);
+  Created = Error == ERROR_SUCCESS && Disposition == REG_CREATED_NEW_KEY;
+  return Error;
+}
+
 // Deletes keys with all that is in them. Every key is opened as itself, never as
 // what a link leads to.
 class TTreeDeletion {
@@ -179,12 +259,9 @@ private:
     Error = ListSubkeys(Level.Key.Get(), Buffers_, Level.Subkeys);
     if (Error != ERROR_SUCCESS)
       return Error;
-    DWORD Type = REG_NONE;
-    const LONG Asked =
-        RegQueryValueExW(Level.Key.Get(), L"SymbolicLinkValue", nullptr, &Type, nullptr, nullptr);
-    if (Asked != ERROR_SUCCESS && StatusOf(Asked) != TRegStatus::NotFound)
-      return Asked;
-    Level.IsLink = Asked == ERROR_SUCCESS && Type == REG_LINK;
+    Error = HasLinkValue(Level.Key.Get(), Level.IsLink);
+    if (Error != ERROR_SUCCESS)
+      return Error;
     Levels_.push_back(std::move(Level));
     return ERROR_SUCCESS;
   }
@@ -221,18 +298,17 @@ class TWin32Key final : public TRegKey {
 public:
   // ClassesPath: of a key of HKEY_CLASSES_ROOT, its path from there.
   TWin32Key(TKeyHandle Key, std::optional<std::u16string> ClassesPath,
-            TWin32Registry::TBuffers &Buffers)
-      : Key_(std::move(Key)), ClassesPath_(std::move(ClassesPath)), Buffers_(Buffers) {}
+            TWin32Registry::TBuffers &Buffers, bool IsLink = false)
+      : Key_(std::move(Key)), ClassesPath_(std::move(ClassesPath)), Buffers_(Buffers),
+        IsLink_(IsLink) {}
 
   static TRegOpened Open(HKEY Base, const std::optional<std::u16string> &ClassesPath,
                          TWin32Registry::TBuffers &Buffers, std::u16string_view Path,
                          TRegAccess Access) {
     if (!IsAddressable(Path))
       return {};
-    // A key below this one is deleted with rights of its own.
-    const REGSAM Rights = Access == TRegAccess::Full ? KEY_READ | KEY_SET_VALUE : KEY_READ;
     TKeyHandle Opened;
-    const LONG Error = Opened.Open(Base, std::u16string(Path), 0, Rights);
+    const LONG Error = Opened.Open(Base, std::u16string(Path), 0, RightsOf(Access));
     if (Error != ERROR_SUCCESS)
       return {StatusOf(Error), nullptr};
     return {TRegStatus::Ok,
@@ -241,6 +317,45 @@ public:
 
   TRegOpened Open(std::u16string_view Path, TRegAccess Access) override {
     return Open(Key_.Get(), ClassesPath_, Buffers_, Path, Access);
+  }
+
+  TRegOpened OpenItself(std::u16string_view Path, TRegAccess Access) override {
+    if (!IsAddressable(Path))
+      return {};
+    const std::u16string Ended(Path);
+    TKeyHandle Opened;
+    bool IsLink = false;
+    LONG Error = Opened.Open(Key_.Get(), Ended, REG_OPTION_OPEN_LINK, RightsOf(Access));
+    if (Error == ERROR_SUCCESS)
+      Error = CheckForLink(Key_.Get(), Ended, Opened.Get(), IsLink);
+    if (Error != ERROR_SUCCESS)
+      return {StatusOf(Error), nullptr};
+    return {TRegStatus::Ok, KeyBelow(std::move(Opened), Path, IsLink)};
+  }
+
+  TRegOpened Create(std::u16string_view Path, const TRegKeyInfo &Info) override {
+    if (!IsNewKeyPath(Path) || !IsAddressable(Path))
+      return {};
+    // What is there is opened first: a link can't be made over one, and there are systems
+    // that give a key that is there another class.
+    TRegOpened Opened{TRegStatus::NotFound, nullptr};
+    if (MustBeMadeAlone(Info))
+      Opened = Info.IsLink ? OpenItself(Path, TRegAccess::Full) : Open(Path, TRegAccess::Full);
+    if (Opened.Status == TRegStatus::NotFound)
+      Opened = Make(Path, Info);
+    return Opened;
+  }
+
+  TRegStatus ReadInfo(TRegKeyInfo &Out) override {
+    Out = {};
+    LONG Error = ReadClassName(Key_.Get(), Out.ClassName);
+    if (Error == ERROR_SUCCESS)
+      Error = ReadKeySecurity(Key_.Get(), Out.Security);
+    if (Error != ERROR_SUCCESS)
+      Out = {};
+    else
+      Out.IsLink = IsLink_;
+    return StatusOf(Error);
   }
 
   TRegStatus Counts(TRegCounts &Out) override {
@@ -291,6 +406,19 @@ public:
     return StatusOf(Error);
   }
 
+  TRegStatus SetValue(std::u16string_view Name, TRegType Type,
+                      std::span<const std::byte> Bytes) override {
+    if (!IsAddressableValue(Name) || Bytes.size() > MAXDWORD)
+      return TRegStatus::Failed;
+    // The system looks behind a text without a final zero, and adds the zero that it
+    // finds there: what stands behind must be none.
+    std::vector<std::byte> Data(Bytes.begin(), Bytes.end());
+    Data.resize(Data.size() + 2 * sizeof(char16_t), std::byte{0xFF});
+    return StatusOf(RegSetValueExW(
+        Key_.Get(), Wide(std::u16string(Name)), 0, static_cast<DWORD>(Type),
+        reinterpret_cast<const BYTE *>(Data.data()), static_cast<DWORD>(Bytes.size())));
+  }
+
   TRegStatus DeleteValue(std::u16string_view Name) override {
     if (!IsAddressableValue(Name))
       return TRegStatus::Failed;
@@ -312,6 +440,29 @@ public:
   }
 
 private:
+  static REGSAM RightsOf(TRegAccess Access) {
+    return Access == TRegAccess::Full ? FullRights : KEY_READ;
+  }
+
+  TRegOpened Make(std::u16string_view Path, const TRegKeyInfo &Info) {
+    TKeyHandle Made;
+    bool Created = false;
+    const LONG Error = CreateKey(Key_.Get(), Path, Info, Made, Created);
+    if (Error != ERROR_SUCCESS)
+      return {StatusOf(Error), nullptr};
+    // By a handle of its own: the right that it needs would keep the user out of many a
+    // key that is there already.
+    TKeyHandle Owned;
+    if (Created && !Info.Security.empty() &&
+        Owned.Open(Made.Get(), u"", REG_OPTION_OPEN_LINK, WRITE_DAC) == ERROR_SUCCESS)
+      SetKeyAccessList(Owned.Get(), Info.Security);
+    return {TRegStatus::Ok, KeyBelow(std::move(Made), Path, Created && Info.IsLink), Created};
+  }
+
+  std::unique_ptr<TWin32Key> KeyBelow(TKeyHandle Key, std::u16string_view Path, bool IsLink) const {
+    return std::make_unique<TWin32Key>(std::move(Key), Below(ClassesPath_, Path), Buffers_, IsLink);
+  }
+
   static std::optional<std::u16string> Below(const std::optional<std::u16string> &ClassesPath,
                                              std::u16string_view Path) {
     if (!ClassesPath)
@@ -323,6 +474,7 @@ private:
   TKeyHandle Key_;
   std::optional<std::u16string> ClassesPath_;
   TWin32Registry::TBuffers &Buffers_;
+  bool IsLink_; // itself, not what it leads to
 };
 
 } // namespace

@@ -20,6 +20,13 @@ public:
     return Files_.List(Folder, Take);
   }
   bool CreateFolder(std::u16string_view Path) override { return Files_.CreateFolder(Path); }
+  TFileStatus ReadContent(std::u16string_view Path, TFileContent &Out) override {
+    return Files_.ReadContent(Path, Out);
+  }
+  TFileStatus WriteContent(std::u16string_view Path, const TFileContent &Content) override {
+    return Files_.WriteContent(Path, Content);
+  }
+  TFileStatus RemoveFile(std::u16string_view Path) override { return Files_.RemoveFile(Path); }
   void *DisableRedirection() override { return Files_.DisableRedirection(); }
   void RevertRedirection(void *Saved) override { Files_.RevertRedirection(Saved); }
 

@@ -43,6 +43,9 @@ protected:
     return Disk->Files().Look(Disk->Folder() + u"\\" + std::u16string(Below));
   }
 
+  // The real disk, not one in memory.
+  bool IsLive() const { return std::string_view(GetParam().Name) == "Live"; }
+
   std::unique_ptr<TTestDisk> Disk;
 };
 
@@ -185,6 +188,94 @@ TEST_P(FilesContract, CreatesOneFolderOrAWholePath) {
   EXPECT_FALSE(CreatePath(u"file\\x\\y"));
   EXPECT_TRUE(CreatePath(DeepPath()));
   EXPECT_EQ(Look(DeepPath()), TPathState::Folder);
+}
+
+TEST_P(FilesContract, AFileIsWrittenWithItsTimesAndAttributes) {
+  enum : std::uint32_t { ReadOnly = 1, Hidden = 2, Archive = 32 };
+  Make({u"folder\\", DeepPath()});
+  std::string Large;
+  for (int Number = 0; Number < 700'000; ++Number)
+    Large.push_back(static_cast<char>(Number * 7));
+  const std::uint64_t Year2001 = 126'227'808'000'000'000, Second = 10'000'000;
+  const struct {
+    const char *Why;
+    std::u16string Path;
+    TFileContent Content;
+  } Cases[] = {
+      {"new", u"f", {"x", Year2001, Year2001 + 5 * Second, Year2001 + 9 * Second, Archive}},
+      {"larger, over another", u"f", {Large, Year2001 + Second, Year2001, Year2001, Archive}},
+      {"to be read only", u"F", {"new", Year2001, Year2001, Year2001, Archive | ReadOnly}},
+      {"over a read-only one", u"f", {"", Year2001, Year2001, Year2001 + 1, Archive | ReadOnly}},
+      {"no more read-only",
+       u"f",
+       {std::string("\0\r\n\x1A\xFF", 5), Year2001, Year2001, Year2001, Archive}},
+      {"hidden", u"folder/\u00C4\u0416\u65E5", {"h", Year2001, Year2001, Year2001, Hidden}},
+      {"at a long path", DeepPath(), {"long", Year2001, Year2001, Year2001, Archive}},
+  };
+  for (const auto &C : Cases) {
+    SCOPED_TRACE(C.Why);
+    const std::u16string Path = Disk->Folder() + u"\\" + C.Path;
+    EXPECT_EQ(Disk->Files().WriteContent(Path, C.Content), TFileStatus::Ok);
+    TFileContent Read;
+    EXPECT_EQ(Disk->Files().ReadContent(Path, Read), TFileStatus::Ok);
+    EXPECT_TRUE(Read.Bytes == C.Content.Bytes) << Read.Bytes.size();
+    EXPECT_EQ(Read.Written, C.Content.Written);
+    EXPECT_EQ(Read.Accessed, C.Content.Accessed);
+    // Wine's disk has no time of creation.
+    if (!IsLive() || !IsWine()) {
+      EXPECT_EQ(Read.Created, C.Content.Created);
+    }
+    EXPECT_EQ(Read.Attributes & (ReadOnly | Hidden), C.Content.Attributes & (ReadOnly | Hidden));
+  }
+  std::size_t Count = 0;
+  EXPECT_TRUE(
+      Disk->Files().List(Disk->Folder(), [&](const TFolderEntry &) { return ++Count > 0; }));
+  EXPECT_EQ(Count, 3u) << "another file was left behind";
+}
+
+TEST_P(FilesContract, WhatBecameOfAFileIsSaid) {
+  using enum TFileStatus;
+  Make({u"file", u"read only", u"folder\\in it"});
+  const auto Whole = [&](std::u16string_view Below) {
+    return Disk->Folder() + u"\\" + std::u16string(Below);
+  };
+  TFileContent Content;
+  Content.Attributes = 1;
+  Content.Bytes = "kept";
+  ASSERT_EQ(Disk->Files().WriteContent(Whole(u"read only"), Content), Ok);
+  const struct {
+    const char *Why;
+    std::u16string Path;
+    TFileStatus Read, Write, Remove;
+  } Cases[] = {
+      {"missing", Whole(u"missing"), NotFound, Ok, Ok},
+      {"its folder is missing", Whole(u"nowhere\\x"), NotFound, NotFound, NotFound},
+      {"no name for a file", Whole(u"a?b"), NotFound, Failed, NotFound},
+      {"a zero inside", Whole(std::u16string(u"file\0x", 6)), NotFound, Failed, NotFound},
+      {"not absolute", u"file", Failed, Failed, Failed},
+      {"a device", u"\\\\.\\C:", Failed, Failed, Failed},
+  };
+  Content = {"new", 0, 0, 0, 0};
+  TFileContent Read;
+  for (const auto &C : Cases) {
+    Read.Bytes = "left over";
+    EXPECT_EQ(Disk->Files().ReadContent(C.Path, Read), C.Read) << C.Why;
+    EXPECT_EQ(Read, TFileContent()) << C.Why;
+    EXPECT_EQ(Disk->Files().WriteContent(C.Path, Content), C.Write) << C.Why;
+    EXPECT_EQ(Disk->Files().RemoveFile(C.Path), C.Remove) << C.Why;
+    EXPECT_NE(Disk->Files().RemoveFile(C.Path), Ok) << C.Why << ": it has gone";
+  }
+  EXPECT_EQ(Disk->Files().ReadContent(Whole(u"folder"), Read), Failed);
+  EXPECT_NE(Disk->Files().WriteContent(Whole(u"folder"), Content), Ok);
+  EXPECT_NE(Disk->Files().RemoveFile(Whole(u"folder")), Ok);
+  EXPECT_EQ(Look(u"folder\\in it"), TPathState::File);
+  EXPECT_NE(Disk->Files().ReadContent(Whole(u"file\\x"), Read), Ok) << "below a file";
+
+  EXPECT_EQ(Disk->Files().RemoveFile(Whole(u"read only")), Denied);
+  EXPECT_EQ(Disk->Files().ReadContent(Whole(u"read only"), Read), Ok);
+  EXPECT_EQ(Read.Bytes, "kept");
+  EXPECT_EQ(Disk->Files().RemoveFile(Whole(u"FILE")), Ok);
+  EXPECT_EQ(Look(u"file"), TPathState::Missing);
 }
 
 TEST_P(FilesContract, OnlyARootHasADriveType) {

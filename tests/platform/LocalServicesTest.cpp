@@ -181,6 +181,104 @@ TEST(Profiles, TextsOfAnySizeAndOfAllLettersAreRead) {
   }
 }
 
+TEST(Profiles, AKeyIsWrittenAndAllElseStays) {
+  static const struct {
+    const char *Why;
+    std::string Bytes; // "-": no file
+    std::u16string_view Section;
+    std::u16string_view Key;
+    std::optional<std::u16string_view> Text;
+    TTexts Lines; // of the section, afterwards
+  } Cases[] = {
+      {"a file that is missing", "-", u"S", u"\u0416", u"\u65E5", {u"\u0416=\u65E5"}},
+      {"an empty file", "", u"S", u"a", u"1", {u"a=1"}},
+      {"another text", "[S]\r\na=1\r\nb=2\r\n", u"S", u"a", u"new", {u"a=new", u"b=2"}},
+      {"an empty one", "[S]\r\na=1\r\n", u"S", u"a", u"", {u"a="}},
+      {"over an empty one", "[S]\r\na=\r\n", u"s", u"A", u"1", {u"a=1"}},
+      {"a new key", "[T]\r\na=1\r\n[S]\r\nb=2\r\n", u"S", u"a", u"1", {u"b=2", u"a=1"}},
+      {"a new section", "[T]\r\na=1\r\n", u"S", u"a", u"1", {u"a=1"}},
+      {"no line end at the end", "[S]\na=1", u"S", u"b", u"2", {u"a=1", u"b=2"}},
+      {"the first section counts", "[S]\r\n[T]\r\n[S]\r\na=1\r\n", u"S", u"a", u"2", {u"a=2"}},
+      {"a registry path",
+       "[S]\r\n",
+       u"S",
+       u"HKEY_USERS\\x y\\{1}",
+       u"n/a",
+       {u"HKEY_USERS\\x y\\{1}=n/a"}},
+      {"a code page",
+       "[S]\r\n\xE4=\x80\r\n",
+       u"S",
+       u"b",
+       u"\u00FC",
+       {u"\u00E4=\u20AC", u"b=\u00FC"}},
+      {"deleted", "[S]\r\na=1\r\nb=2\r\n", u"S", u"A", std::nullopt, {u"b=2"}},
+      {"deleted, the only one", "[S]\na=1", u"S", u"a", std::nullopt, {}},
+      {"no such key to delete", "[S]\r\na=1\r\n", u"S", u"b", std::nullopt, {u"a=1"}},
+      {"no such section", "[T]\r\na=1\r\n", u"S", u"a", std::nullopt, {}},
+      {"no file to delete from", "-", u"S", u"a", std::nullopt, {}},
+  };
+  const TPlatform Platform = MakeLocalServices();
+  for (const auto &C : Cases) {
+    SCOPED_TRACE(C.Why);
+    const TScratchFolder Scratch;
+    const std::u16string File = Scratch.File(u"s.ini");
+    if (C.Bytes != "-") {
+      ASSERT_EQ(WriteWholeFile(File, C.Bytes), u"");
+    }
+    EXPECT_TRUE(Platform.Profiles->WriteString(File, C.Section, C.Key, C.Text));
+    EXPECT_EQ(Platform.Profiles->Lines(File, C.Section), C.Lines);
+    EXPECT_EQ(Scratch.Count(), C.Bytes == "-" && !C.Text ? 0u : 1u);
+    if (C.Bytes.find("[T]\r\na=1") != std::string::npos) {
+      EXPECT_EQ(Platform.Profiles->ReadString(File, u"T", u"a", u""), u"1");
+    }
+  }
+}
+
+TEST(Profiles, AFileKeepsItsEncoding) {
+  const TScratchFolder Scratch;
+  const TPlatform Platform = MakeLocalServices();
+  const std::u16string File = Scratch.File(u"s.ini");
+  const auto Write = [&] {
+    EXPECT_TRUE(Platform.Profiles->WriteString(File, u"S", u"b", u"\u00FC\u0416"));
+    std::string Bytes;
+    EXPECT_EQ(ReadWholeFile(File, Bytes), u"");
+    return Bytes;
+  };
+  EXPECT_TRUE(Write().starts_with("\xFF\xFE[\0S\0")) << "a new one takes every letter";
+  EXPECT_EQ(Platform.Profiles->ReadString(File, u"S", u"b", u""), u"\u00FC\u0416");
+
+  ASSERT_EQ(WriteWholeFile(File, "[S]\r\n\xE4=\xC4\r\n"), u"");
+  const std::string Ansi = Write();
+  EXPECT_NE(Ansi.find("\xE4=\xC4\r\n"), std::string::npos);
+  EXPECT_NE(Ansi.find("b=\xFC?\r\n"), std::string::npos) << Ansi;
+}
+
+TEST(Profiles, WhatCannotBeWrittenIsSaid) {
+  const TScratchFolder Scratch;
+  const TPlatform Platform = MakeLocalServices();
+  const std::u16string File = Scratch.File(u"s.ini");
+  ASSERT_EQ(WriteWholeFile(File, "[S]\r\na=1\r\n"), u"");
+  SetReadOnly(File, true);
+  const struct {
+    const char *Why;
+    std::u16string Path, Section, Key, Text;
+  } Cases[] = {
+      {"a read-only file", File, u"S", u"a", u"2"},
+      {"a folder has the name", Scratch.Path(), u"S", u"a", u"2"},
+      {"the folder is missing", JoinPath(Scratch.File(u"no"), u"s.ini"), u"S", u"a", u"2"},
+      {"a line break in the text", Scratch.File(u"new"), u"S", u"a", u"2\r\n[T]"},
+      {"in the key", Scratch.File(u"new"), u"S", u"b\na", u"2"},
+      {"in the section", Scratch.File(u"new"), u"S\r", u"a", u"2"},
+      {"a zero", Scratch.File(u"new"), u"S", std::u16string(u"a\0", 2), u"2"},
+      {"a zero in the path", Scratch.File(std::u16string(u"new\0", 4)), u"S", u"a", u"2"},
+  };
+  for (const auto &C : Cases)
+    EXPECT_FALSE(Platform.Profiles->WriteString(C.Path, C.Section, C.Key, C.Text)) << C.Why;
+  EXPECT_EQ(Platform.Profiles->ReadString(File, u"S", u"a", u""), u"1");
+  EXPECT_EQ(Scratch.Count(), 1u);
+  SetReadOnly(File, false);
+}
+
 TEST(Profiles, AStampIsPromisedOnlyForAFileThatHasSettled) {
   const TScratchFolder Scratch;
   TPlatform Platform = MakeLocalServices();
@@ -288,6 +386,100 @@ TEST(DiskFile, PathsAreJoinedAndMadeAbsolute) {
   EXPECT_EQ(AbsolutePath(Current), Current);
 }
 
+// ---- the program's own files -----------------------------------------------------------
+
+TEST(Storage, KeepsListsAndReplacesFiles) {
+  const TScratchFolder Scratch;
+  TPlatform Platform = MakeLocalServices();
+  TStorage &Storage = *Platform.Storage;
+  const std::u16string Folder = JoinPath(Scratch.File(u"new \u0416"), u"below");
+  std::vector<TStoredFile> Found(1);
+  EXPECT_EQ(Storage.List(Folder, Found), u"") << "missing";
+  EXPECT_TRUE(Found.empty());
+  EXPECT_EQ(Storage.CreateFolder(Folder), u"");
+  EXPECT_EQ(Storage.CreateFolder(Folder), u"") << "is there";
+  EXPECT_EQ(Storage.List(Folder, Found), u"");
+  EXPECT_TRUE(Found.empty());
+
+  const TLocalTime Before = Platform.Clock->Now();
+  const std::u16string New = JoinPath(Folder, u"new"), Old = JoinPath(Folder, u"\u00E4 old.txt");
+  EXPECT_EQ(Storage.CreateFolder(JoinPath(Folder, u"sub")), u"");
+  EXPECT_EQ(Storage.Write(Old, "the old, longer content"), u"");
+  EXPECT_EQ(Storage.Write(Old, "the old one"), u"");
+  EXPECT_EQ(Storage.Write(New, std::string(70'000, 'n')), u"");
+  const TLocalTime After = Platform.Clock->Now();
+  EXPECT_EQ(Storage.List(Folder, Found), u"");
+  std::sort(Found.begin(), Found.end(),
+            [](const auto &Left, const auto &Right) { return Left.Name < Right.Name; });
+  ASSERT_EQ(Found.size(), 3u);
+  EXPECT_EQ(Found[0].Name, u"new");
+  EXPECT_EQ(Found[0].Size, 70'000u);
+  EXPECT_LE(Before, Found[0].Modified);
+  EXPECT_LE(Found[0].Modified, After);
+  EXPECT_FALSE(Found[0].IsFolder);
+  EXPECT_EQ(Found[1].Name, u"sub");
+  EXPECT_TRUE(Found[1].IsFolder);
+  EXPECT_EQ(Found[2].Size, 11u);
+
+  std::string Read;
+  EXPECT_EQ(Storage.Rename(New, Old), u"");
+  EXPECT_EQ(Storage.Read(Old, Read), u"");
+  EXPECT_TRUE(Read == std::string(70'000, 'n'));
+  EXPECT_NE(Storage.Read(New, Read), u"");
+  EXPECT_NE(Storage.Rename(New, Old), u"") << "nothing to rename";
+
+  // A file that is marked read-only stays until that is taken off it.
+  SetReadOnly(Old, true);
+  EXPECT_EQ(Storage.Write(New, "x"), u"");
+  EXPECT_NE(Storage.Write(Old, "x"), u"");
+  EXPECT_NE(Storage.Rename(New, Old), u"");
+  EXPECT_NE(Storage.Remove(Old), u"");
+  EXPECT_EQ(Storage.Read(Old, Read), u"");
+  EXPECT_EQ(Read.size(), 70'000u);
+  for (const std::u16string &Path : {Old, Folder, JoinPath(Folder, u"missing")})
+    Storage.MakeWritable(Path);
+  EXPECT_EQ(Storage.Rename(New, Old), u"");
+  EXPECT_EQ(Storage.Remove(Old), u"");
+  EXPECT_EQ(Storage.Remove(Old), u"") << "has gone";
+}
+
+TEST(Storage, WhatCannotBeDoneIsSaid) {
+  const TScratchFolder Scratch;
+  TPlatform Platform = MakeLocalServices();
+  TStorage &Storage = *Platform.Storage;
+  const std::u16string File = Scratch.File(u"file");
+  ASSERT_EQ(Storage.Write(File, "kept"), u"");
+  const std::u16string Cut = Scratch.File(std::u16string(u"cut\0x", 5));
+  const std::u16string Lost = JoinPath(Scratch.File(u"no folder"), u"x");
+  std::string Read;
+  std::vector<TStoredFile> Found;
+  const struct {
+    const char *Why;
+    TDiskError Error;
+  } Cases[] = {
+      {"write into a missing folder", Storage.Write(Lost, "x")},
+      {"write over a folder", Storage.Write(Scratch.Path(), "x")},
+      {"write a zero", Storage.Write(Cut, "x")},
+      {"read what is missing", Storage.Read(Lost, Read)},
+      {"rename into a missing folder", Storage.Rename(File, Lost)},
+      {"rename over a folder", Storage.Rename(File, Scratch.Path())},
+      {"rename to a zero", Storage.Rename(File, Cut)},
+      {"remove a folder", Storage.Remove(Scratch.Path())},
+      {"remove a zero", Storage.Remove(Cut)},
+      {"a folder over a file", Storage.CreateFolder(File)},
+      {"a folder below a file", Storage.CreateFolder(JoinPath(File, u"x"))},
+      {"a folder with a zero", Storage.CreateFolder(Cut)},
+      {"list a zero", Storage.List(Cut, Found)},
+  };
+  for (const auto &C : Cases) {
+    EXPECT_NE(C.Error, u"") << C.Why;
+    EXPECT_EQ(C.Error, Trim(C.Error)) << C.Why;
+  }
+  EXPECT_EQ(Scratch.Count(), 1u);
+  EXPECT_EQ(Storage.Read(File, Read), u"");
+  EXPECT_EQ(Read, "kept");
+}
+
 // ---- the rest ---------------------------------------------------------------------
 
 TEST(Ansi, EveryByteBecomesOneUnit) {
@@ -304,6 +496,9 @@ TEST(Ansi, EveryByteBecomesOneUnit) {
   EXPECT_EQ(Text.substr(0x9C, 6), u"\u0153\u009D\u017E\u0178\u00A0\u00A1");
   EXPECT_EQ(Text[0xFF], u'\u00FF');
   EXPECT_EQ(FromAnsi(""), u"");
+  EXPECT_EQ(ToAnsi(Text), Bytes);
+  EXPECT_EQ(ToAnsi(u"a\u0416\u65E5b"), "a??b");
+  EXPECT_EQ(ToAnsi(u""), "");
 }
 
 TEST(Console, WritesTheBytesAsTheyStandWhereThereIsNoTerminal) {
@@ -326,10 +521,7 @@ TEST(Clock, PausesForAboutAsLongAsAskedAndKnowsTheDay) {
 
   const TLocalTime First = Platform.Clock->Now();
   const TLocalTime Second = Platform.Clock->Now();
-  const auto Order = [](const TLocalTime &Time) {
-    return std::tuple(Time.Year, Time.Month, Time.Day, Time.Hour, Time.Minute, Time.Second);
-  };
-  EXPECT_LE(Order(First), Order(Second));
+  EXPECT_LE(First, Second);
   EXPECT_GE(First.Year, 2024);
   EXPECT_TRUE(First.Month >= 1 && First.Month <= 12 && First.Day >= 1 && First.Day <= 31);
   EXPECT_TRUE(First.Hour <= 23 && First.Minute <= 59 && First.Second <= 60);

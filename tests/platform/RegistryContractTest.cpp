@@ -64,6 +64,9 @@ protected:
     return Made;
   }
 
+  // The running system's, not one in memory.
+  bool IsLive() const { return std::string_view(GetParam().Name) == "Live"; }
+
   std::unique_ptr<TTestRegistry> Registry = GetParam().Make();
 };
 
@@ -159,6 +162,12 @@ TEST_P(RegistryContract, ADeniedKeyIsNotAMissingOne) {
     GTEST_SKIP() << "this registry keeps permissions but does not look at them";
   EXPECT_EQ(Key->Open(u"Secret").Status, TRegStatus::Denied);
   EXPECT_EQ(Key->Open(u"Secret", TRegAccess::Full).Status, TRegStatus::Denied);
+  EXPECT_EQ(Key->OpenItself(u"Secret").Status, TRegStatus::Denied);
+  EXPECT_EQ(Key->Create(u"Secret").Status, TRegStatus::Denied);
+  // Wine looks at the permissions of a key that is there, not of its parent.
+  if (!IsLive() || !IsWine()) {
+    EXPECT_EQ(Key->Create(u"Secret\\New").Status, TRegStatus::Denied);
+  }
   EXPECT_EQ(Key->DeleteTree(u"Secret"), TRegStatus::Denied);
   EXPECT_EQ(Subkeys(), (std::vector<std::u16string>{u"Open", u"Secret"}));
 }
@@ -322,6 +331,158 @@ TEST_P(RegistryContract, ManySubkeysAndValuesAreAllListedInOrder) {
   EXPECT_TRUE(Values(u"Many") == InHostOrder(Made));
   std::sort(Names.begin(), Names.end(), TNameLess());
   EXPECT_TRUE(Subkeys(u"Many") == Names);
+}
+
+// ---- writing ------------------------------------------------------------------------
+
+TEST_P(RegistryContract, AValueIsStoredAsItIsGiven) {
+  Load(u"[~\\Types]\n[~\\Names]");
+  const auto Types = OpenKey(u"Types");
+  std::vector<TValue> Made;
+  for (const std::uint32_t Type : {0u, 1u, 2u, 3u, 4u, 5u, 6u, 7u, 8u, 11u, 12u, 0x1234u, ~0u}) {
+    // Without an end, with half a unit, with zeros at the end or inside, and large.
+    for (const TBytes &Bytes :
+         {TBytes(), BytesOf({'a'}), BytesOf({'a', 0}), BytesOf({'a', 0, 'b'}), BytesOf({0, 0}),
+          BytesOf({'a', 0, 0, 0, 'b', 0, 0, 0}), TBytes(100'000, std::byte{'x'})}) {
+      const std::u16string Name =
+          ToDecimal(1'000 + Made.size()) + u" " + ToDecimal(Type) + u" " + ToDecimal(Bytes.size());
+      EXPECT_EQ(Types->SetValue(Name, static_cast<TRegType>(Type), Bytes), TRegStatus::Ok)
+          << ToUtf8(Name);
+      Made.emplace_back(Name, Type, Bytes);
+    }
+  }
+  EXPECT_TRUE(Values(u"Types") == InHostOrder(Made));
+
+  Made.clear();
+  const auto Names = OpenKey(u"Names");
+  for (const std::u16string &Name :
+       {std::u16string(), std::u16string(u"a\\b\\"), std::u16string(u"\\"),
+        std::u16string(u"\"quoted\""), std::u16string(u"two\r\nlines"), std::u16string(u"="),
+        std::u16string(u" blanks "), std::u16string(u"\u00C4\u0416\u65E5\U0001F600"),
+        std::u16string(u"[x]"), std::u16string(1, u'\xD800'), std::u16string(16'383, u'n')}) {
+    EXPECT_EQ(Names->SetValue(Name, TRegType::Binary, BytesOf(Name)), TRegStatus::Ok);
+    Made.emplace_back(Name, 3, BytesOf(Name));
+  }
+  std::vector<TValue> Found = Values(u"Names");
+  std::sort(Found.begin(), Found.end());
+  std::sort(Made.begin(), Made.end());
+  EXPECT_TRUE(Found == Made);
+  for (const std::u16string &Name :
+       {std::u16string(u"cut\0x", 5), std::u16string(u"x\0", 2), std::u16string(16'384, u'n')})
+    EXPECT_EQ(Names->SetValue(Name, TRegType::Binary, {}), TRegStatus::Failed) << Name.size();
+  EXPECT_EQ(Values(u"Names").size(), Made.size());
+}
+
+TEST_P(RegistryContract, AValueIsReplacedInItsPlaceUnderItsName) {
+  Load(u"[~]\n\"First\"=\"a long text\"\n\"Second\"=\"2\"");
+  const auto Key = OpenKey();
+  EXPECT_EQ(Key->SetValue(u"fIRST", TRegType::None, BytesOf({7})), TRegStatus::Ok);
+  EXPECT_EQ(Values(), (std::vector<TValue>{{u"First", 0, BytesOf({7})},
+                                           {u"Second", 1, BytesOf(std::u16string(u"2\0", 2))}}));
+  EXPECT_EQ(Key->Open(u"").Key->SetValue(u"Second", TRegType::None, {}), TRegStatus::Denied)
+      << "opened for reading";
+  EXPECT_EQ(Values().size(), 2u);
+}
+
+TEST_P(RegistryContract, AKeyIsMadeWithItsParentsOrOpened) {
+  Load(u"[~\\There]\n\"x\"=\"1\"\n[~\\There\\Below]");
+  const auto Key = OpenKey();
+  std::u16string Deep = u"d";
+  for (int Level = 1; Level < 100; ++Level)
+    Deep += u"\\d";
+  const struct {
+    const char *Why;
+    std::u16string Path;
+    TRegStatus Status;
+    bool Created;
+  } Cases[] = {
+      {"new", u"New", TRegStatus::Ok, true},
+      {"in another case it is there", u"nEW", TRegStatus::Ok, false},
+      {"with parents", u"P 1\\{2}\\\u00C4\u0416\u65E5", TRegStatus::Ok, true},
+      {"a parent that is there now", u"P 1\\{2}", TRegStatus::Ok, false},
+      {"very deep", Deep, TRegStatus::Ok, true},
+      {"a long name", std::u16string(255, u'k'), TRegStatus::Ok, true},
+      {"odd letters", u"a/b\\\"[=]\\two\r\nlines", TRegStatus::Ok, true},
+      {"was there before", u"There", TRegStatus::Ok, false},
+      {"no path", u"", TRegStatus::Failed, false},
+      {"a backslash in front", u"\\Refused", TRegStatus::Failed, false},
+      {"a backslash at the end", u"Refused\\", TRegStatus::Failed, false},
+      {"a part without a name", u"Refused\\\\x", TRegStatus::Failed, false},
+      {"a zero inside", std::u16string(u"Refused\0x", 9), TRegStatus::Failed, false},
+      {"a name that is too long", std::u16string(256, u'r'), TRegStatus::Failed, false},
+  };
+  for (const TRegKeyInfo &Info : {TRegKeyInfo(), TRegKeyInfo{u"Class \u0416", {}, false}}) {
+    for (const auto &C : Cases) {
+      SCOPED_TRACE(C.Why);
+      const TRegOpened Made = Key->Create(C.Path, Info);
+      EXPECT_EQ(Made.Status, C.Status);
+      EXPECT_EQ(Made.Created, C.Created);
+      ASSERT_EQ(Made.Key != nullptr, C.Status == TRegStatus::Ok);
+      if (!Made.Key)
+        continue;
+      EXPECT_EQ(Made.Key->SetValue(u"made", TRegType::None, {}), TRegStatus::Ok);
+      TRegKeyInfo Seen;
+      EXPECT_EQ(Key->Open(C.Path).Key->ReadInfo(Seen), TRegStatus::Ok);
+      EXPECT_TRUE(!C.Created || Seen.ClassName == Info.ClassName) << ToUtf8(Seen.ClassName);
+      EXPECT_FALSE(Seen.IsLink);
+    }
+    for (const std::u16string_view Classless : {u"P 1", u"P 1\\{2}", u"There", u"d\\d"}) {
+      TRegKeyInfo Seen;
+      EXPECT_EQ(Key->Open(Classless).Key->ReadInfo(Seen), TRegStatus::Ok);
+      EXPECT_EQ(Seen.ClassName, u"") << ToUtf8(Classless);
+    }
+    EXPECT_EQ(Subkeys(), (std::vector<std::u16string>{u"a/b", u"d", std::u16string(255, u'k'),
+                                                      u"New", u"P 1", u"There"}));
+    EXPECT_EQ(Subkeys(u"There"), std::vector<std::u16string>{u"Below"});
+    EXPECT_EQ(Values(u"There").size(), 2u);
+    for (const std::u16string_view Name : {u"a/b", u"d", u"New", u"P 1"})
+      EXPECT_EQ(Key->DeleteTree(Name), TRegStatus::Ok);
+    EXPECT_EQ(Key->DeleteTree(Cases[5].Path), TRegStatus::Ok);
+  }
+  const auto Doomed = OpenKey(u"There");
+  ASSERT_EQ(Key->DeleteTree(u"There"), TRegStatus::Ok);
+  TRegKeyInfo Info;
+  EXPECT_EQ(Doomed->Create(u"x").Status, TRegStatus::NotFound);
+  EXPECT_EQ(Doomed->SetValue(u"x", TRegType::None, {}), TRegStatus::NotFound);
+  EXPECT_EQ(Doomed->ReadInfo(Info), TRegStatus::NotFound);
+}
+
+TEST_P(RegistryContract, ALinkIsMadeAndFoundOnlyAsItself) {
+  Load(u"[~\\Plain]\n\"SymbolicLinkValue\"=hex(6):41,00");
+  const auto Key = OpenKey();
+  const TBytes Nowhere = BytesOf(u"\\Registry\\User\\Hivesweep tests, no such key");
+  TRegKeyInfo Link;
+  Link.IsLink = true;
+  {
+    const TRegOpened Made = Key->Create(u"Parent\\Link", Link);
+    ASSERT_EQ(Made.Status, TRegStatus::Ok);
+    EXPECT_TRUE(Made.Created);
+    EXPECT_EQ(Made.Key->SetValue(u"SymbolicLinkValue", TRegType::Link, Nowhere), TRegStatus::Ok);
+  }
+  EXPECT_EQ(Key->Open(u"Parent\\Link").Status, TRegStatus::NotFound);
+  EXPECT_EQ(Key->OpenItself(u"Parent\\Link\\x").Status, TRegStatus::NotFound);
+  EXPECT_EQ(Key->OpenItself(u"Parent\\No link").Status, TRegStatus::NotFound);
+  const TRegOpened Again = Key->Create(u"Parent\\Link", Link);
+  ASSERT_EQ(Again.Status, TRegStatus::Ok);
+  EXPECT_FALSE(Again.Created);
+  TRegValue Value;
+  TRegKeyInfo Seen;
+  const auto Itself = Key->OpenItself(u"Parent\\Link").Key;
+  for (const TRegKey *const Opened : {Again.Key.get(), Itself.get()})
+    ASSERT_NE(Opened, nullptr);
+  for (TRegKey *const Opened : {Again.Key.get(), Itself.get()}) {
+    EXPECT_EQ(Opened->ReadInfo(Seen), TRegStatus::Ok);
+    EXPECT_TRUE(Seen.IsLink);
+    EXPECT_EQ(Opened->Read(u"SymbolicLinkValue", Value), TRegStatus::Ok);
+    EXPECT_EQ(ValueOf(u"", Value.Data()), TValue(u"", 6, Nowhere));
+  }
+  // What has nothing but the value of a link is none.
+  EXPECT_EQ(Key->OpenItself(u"Plain").Key->ReadInfo(Seen), TRegStatus::Ok);
+  EXPECT_FALSE(Seen.IsLink);
+  EXPECT_EQ(Key->OpenItself(u"Parent").Key->ReadInfo(Seen), TRegStatus::Ok);
+  EXPECT_FALSE(Seen.IsLink);
+  EXPECT_EQ(Key->DeleteTree(u"Parent"), TRegStatus::Ok);
+  EXPECT_EQ(Subkeys(), std::vector<std::u16string>{u"Plain"});
 }
 
 // ---- deleting -----------------------------------------------------------------------

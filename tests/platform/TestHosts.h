@@ -20,6 +20,10 @@ inline void PrintTo(TRegStatus Status, std::ostream *Out) {
   static const char *const Names[] = {"Ok", "NotFound", "Denied", "Failed"};
   *Out << Names[static_cast<int>(Status)];
 }
+inline void PrintTo(TFileStatus Status, std::ostream *Out) {
+  static const char *const Names[] = {"Ok", "NotFound", "Denied", "Failed"};
+  *Out << Names[static_cast<int>(Status)];
+}
 inline void PrintTo(TPathState State, std::ostream *Out) {
   static const char *const Names[] = {"Missing", "File", "Folder", "Unknown"};
   *Out << Names[static_cast<int>(State)];

@@ -180,6 +180,75 @@ TEST(ClassesRoot, ShowsTheUsersClassesOverTheMachines) {
   EXPECT_EQ(TMemoryRegistry().Open(TRegRoot::ClassesRoot, u"").Status, TRegStatus::NotFound);
 }
 
+TEST(ClassesRoot, WhatIsWrittenGoesToTheUsersClassesWhereTheyHaveTheKey) {
+  const struct {
+    const char *Why;
+    std::u16string_view From; // the key that is open, below HKEY_CLASSES_ROOT
+    std::u16string_view Path;
+    bool Created;
+    TRegRoot Owner;
+  } Cases[] = {
+      {"nobody has it", u"", u"new\\a", true, TRegRoot::LocalMachine},
+      {"the user has its parent", u"", u"u\\a\\b", true, TRegRoot::CurrentUser},
+      {"the machine has its parent", u"", u"m\\a", true, TRegRoot::LocalMachine},
+      {"both have its parent", u"", u"both\\a", true, TRegRoot::CurrentUser},
+      {"the machine has more of it", u"", u"both\\m\\a", true, TRegRoot::LocalMachine},
+      {"below the user's key", u"u", u"a", true, TRegRoot::CurrentUser},
+      {"below one of both", u"both", u"a", true, TRegRoot::CurrentUser},
+      {"both have it", u"", u"both", false, TRegRoot::CurrentUser},
+      {"the machine has it", u"both", u"m", false, TRegRoot::LocalMachine},
+  };
+  for (const auto &C : Cases) {
+    SCOPED_TRACE(C.Why);
+    TMemoryRegistry Registry;
+    ASSERT_FALSE(Registry.LoadText(std::string(Header) + R"(
+[HKEY_LOCAL_MACHINE\Software\Classes\m]
+[HKEY_LOCAL_MACHINE\Software\Classes\both\m]
+[HKEY_CURRENT_USER\Software\Classes\u]
+[HKEY_CURRENT_USER\Software\Classes\both]
+)"));
+    const auto From = Registry.Open(TRegRoot::ClassesRoot, C.From, TRegAccess::Full).Key;
+    const TRegOpened Made = From->Create(C.Path);
+    ASSERT_TRUE(Made.Key);
+    EXPECT_EQ(Made.Created, C.Created);
+    EXPECT_EQ(Made.Key->SetValue(u"v", TRegType::None, {}), TRegStatus::Ok);
+    std::u16string Path = u"Software\\Classes\\";
+    Path.append(C.From).append(C.From.empty() ? u"" : u"\\").append(C.Path);
+    for (const TRegRoot Root : {TRegRoot::CurrentUser, TRegRoot::LocalMachine})
+      EXPECT_EQ(ValuesOf(Registry, Root, Path) == "v:0: ", Root == C.Owner);
+  }
+}
+
+TEST(Faults, BreakEveryCallThatWritesAndChangeNothing) {
+  TFaults Faults;
+  TMemoryRegistry Registry(&Faults);
+  ASSERT_FALSE(Registry.LoadText(std::string(Header) + "[HKEY_CURRENT_USER\\K\\B]"));
+  const auto Key = Registry.Open(TRegRoot::CurrentUser, u"K", TRegAccess::Full).Key;
+  TMachine Machine;
+  Machine.Files = {u"C:\\f"};
+  const TPlatform Platform = MakeMemoryPlatform(nullptr, Machine, &Faults);
+  TRegKeyInfo Info;
+  TFileContent Content;
+  Faults.FailCall(1);
+  const auto Breaks = [&](auto Failed, auto Call) {
+    Faults.Reset();
+    EXPECT_EQ(Call(), Failed);
+    EXPECT_EQ(Faults.Calls(), 1u);
+  };
+  Breaks(TRegStatus::Failed, [&] { return Key->Create(u"x").Status; });
+  Breaks(TRegStatus::Failed, [&] { return Key->OpenItself(u"B").Status; });
+  Breaks(TRegStatus::Failed, [&] { return Key->ReadInfo(Info); });
+  Breaks(TRegStatus::Failed, [&] { return Key->SetValue(u"x", TRegType::None, {}); });
+  Breaks(TFileStatus::Failed, [&] { return Platform.Files->ReadContent(u"C:\\f", Content); });
+  Breaks(TFileStatus::Failed, [&] { return Platform.Files->WriteContent(u"C:\\x", Content); });
+  Breaks(TFileStatus::Failed, [&] { return Platform.Files->RemoveFile(u"C:\\f"); });
+  Faults.FailCall(0);
+  EXPECT_EQ(ValuesOf(Registry, TRegRoot::CurrentUser, u"K"), "");
+  EXPECT_EQ(ValuesOf(Registry, TRegRoot::CurrentUser, u"K\\x"), "no key");
+  EXPECT_EQ(Platform.Files->Look(u"C:\\f"), TPathState::File);
+  EXPECT_EQ(Platform.Files->Look(u"C:\\x"), TPathState::Missing);
+}
+
 TEST(MachineText, DescribesAMachine) {
   const auto Parsed = ParseMachine(uR"(; comment
 [machine]

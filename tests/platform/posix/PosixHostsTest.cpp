@@ -57,6 +57,42 @@ TEST(PosixHosts, AFileThatDoesNotFitLeavesTheOldOneAndNothingElse) {
   EXPECT_EQ(Found.st_mode & 0777, 0640u) << "the new one may be read by others than the old one";
 }
 
+TEST(PosixHosts, OfASettingsFileOnlyTheOneTextChanges) {
+  static const struct {
+    const char *Why;
+    std::string_view Before;
+    std::optional<std::u16string_view> Text; // of the key "a" in the section "S"
+    std::string_view After;                  // empty: it is refused, and nothing changes
+  } Cases[] = {
+      {"comments, blanks and names stay", "; 1\n\n[s] ; 2\n A =\t\"1\" \n;a=2\nA=3\n\n[T]\na=4",
+       u"x", "; 1\n\n[s] ; 2\n A =\tx \n;a=2\nA=3\n\n[T]\na=4"},
+      {"a new key stands behind the last line", "[S]\nb=1\n;c\n\n[T]\n", u"x",
+       "[S]\nb=1\n;c\na=x\n\n[T]\n"},
+      {"in lines that end as all others", "[S]\rb=1", u"x", "[S]\rb=1\ra=x"},
+      {"a new section", "[T]\r\na=1", u"x", "[T]\r\na=1\r\n[S]\r\na=x\r\n"},
+      {"a line is deleted whole", "[S]\r\n\r\n a = 1 \r\nb=2", std::nullopt, "[S]\r\n\r\nb=2"},
+      {"at the end", "[S]\na=1", std::nullopt, "[S]\n"},
+      {"UTF-8", "[S]\r\n\xC3\xA4=1\r\na=", u"\u0416", "[S]\r\n\xC3\xA4=1\r\na=\xD0\x96"},
+      {"UTF-8 with a mark", "\xEF\xBB\xBF[S]\na=1", u"\u0416", "\xEF\xBB\xBF[S]\na=\xD0\x96"},
+      {"UTF-16 with the high byte first",
+       {"\xFE\xFF\0[\0S\0\n\0a\0=", 12},
+       u"\u0416",
+       {"\xFE\xFF\0[\0S\0\n\0a\0=\x04\x16", 14}},
+      {"half a unit at the end", {"\xFF\xFE[\0S\0]\0\n", 9}, u"x", ""},
+      {"no UTF-8 in spite of its mark", "\xEF\xBB\xBF[S]\n\xFF=1", u"x", ""},
+  };
+  const TScratchFolder Scratch;
+  const TPlatform Platform = MakeLocalServices();
+  const std::u16string File = Scratch.File(u"s.ini");
+  for (const auto &C : Cases) {
+    ASSERT_EQ(WriteWholeFile(File, C.Before), u"");
+    EXPECT_EQ(Platform.Profiles->WriteString(File, u"S", u"a", C.Text), !C.After.empty()) << C.Why;
+    std::string Bytes;
+    EXPECT_EQ(ReadWholeFile(File, Bytes), u"");
+    EXPECT_EQ(Bytes, C.After.empty() ? C.Before : C.After) << C.Why;
+  }
+}
+
 TEST(PosixHosts, WidthComesFromTheEnvironmentWhereThereIsNoTerminal) {
   static const struct {
     const char *Columns;

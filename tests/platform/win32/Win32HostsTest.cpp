@@ -211,6 +211,50 @@ TEST_F(Win32Hosts, TheShellStartsAProgramWithItsParameters) {
   EXPECT_TRUE(Becomes([&] { return RemoveDirectoryW(Wide(Made)) != 0; }));
 }
 
+TEST(Win32Child, DISABLED_Sleeps) { Sleep(1'000); }
+
+TEST_F(Win32Hosts, TheEndOfAProgramIsWaitedFor) {
+  TShell &Shell = *Platform.Shell;
+  EXPECT_EQ(Shell.Start(u"", u""), nullptr);
+  EXPECT_EQ(Shell.Start(u"no such program.exe", u""), nullptr);
+  wchar_t Self[MAX_PATH] = {};
+  GetModuleFileNameW(nullptr, Self, MAX_PATH);
+  const auto Child = Shell.Start(FromWide(Self), u"--gtest_also_run_disabled_tests --gtest_output= "
+                                                 u"--gtest_filter=*.DISABLED_Sleeps");
+  ASSERT_NE(Child, nullptr);
+  EXPECT_FALSE(Child->WaitForEnd(0));
+  EXPECT_FALSE(Child->WaitForEnd(50));
+  EXPECT_TRUE(Child->WaitForEnd(30'000));
+  EXPECT_TRUE(Child->WaitForEnd(0)) << "it stays ended";
+
+  // As the program has the registry editor import its backups.
+  const TScratchFolder Scratch;
+  const std::u16string File = Scratch.File(u"a b.reg");
+  ASSERT_EQ(WriteWholeFile(File,
+                           "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\Software\\Hivesweep import]\r\n"
+                           "\"x\"=dword:5\r\n\r\n"),
+            u"");
+  const auto Editor = Shell.Start(u"Regedit", u"/s \"" + File + u"\"");
+  ASSERT_NE(Editor, nullptr);
+  ASSERT_TRUE(Editor->WaitForEnd(30'000));
+  const auto Software =
+      Platform.Registry->Open(TRegRoot::CurrentUser, u"Software", TRegAccess::Full).Key;
+  const TRegOpened Imported = Software->Open(u"Hivesweep import");
+  ASSERT_TRUE(Imported.Key);
+  TRegValue Value;
+  EXPECT_EQ(Imported.Key->Read(u"x", Value), TRegStatus::Ok);
+  EXPECT_EQ(Value.Data().Dword(), 5u);
+  EXPECT_EQ(Software->DeleteTree(u"Hivesweep import"), TRegStatus::Ok);
+}
+
+TEST_F(Win32Hosts, TheDateSeparatorIsTheUsers) {
+  const std::u16string Separator = Platform.Clock->DateSeparator();
+  wchar_t Date[64] = {};
+  ASSERT_NE(GetDateFormatW(LOCALE_USER_DEFAULT, DATE_SHORTDATE, nullptr, nullptr, Date, 64), 0);
+  EXPECT_NE(Separator, u"");
+  EXPECT_NE(std::u16string_view(FromWide(Date)).find(Separator), std::u16string_view::npos);
+}
+
 // Runs one of the tests below in a process with a console of its own, with these
 // arguments behind it; answers what it wrote.
 std::string RunChild(std::u16string_view Test, std::u16string_view Arguments) {

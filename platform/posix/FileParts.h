@@ -1,0 +1,45 @@
+// What the families that read and write whole files share.
+#pragma once
+
+#include <string_view>
+#include <utility>
+
+#include <unistd.h>
+
+#include "platform/DiskFile.h"
+
+namespace hivesweep {
+
+// The system's words for an errno.
+TDiskError ErrorText(int Error);
+
+// A file's descriptor; closes it.
+class TDescriptor {
+public:
+  explicit TDescriptor(int Number) : Number_(Number) {}
+  TDescriptor(const TDescriptor &) = delete;
+  TDescriptor &operator=(const TDescriptor &) = delete;
+  ~TDescriptor() {
+    if (IsOpen())
+      close(Number_);
+  }
+
+  bool IsOpen() const { return Number_ >= 0; }
+  int Get() const { return Number_; }
+  // Some systems report only here that the disk was full.
+  bool Close() { return close(std::exchange(Number_, -1)) == 0; }
+
+private:
+  int Number_;
+};
+
+// Writes all bytes and waits until the disk has them. False with an errno.
+bool WriteAndFlush(int File, std::string_view Bytes);
+
+// A name with a zero inside would be cut there, and mean another file.
+bool IsName(std::u16string_view Path);
+
+// There is a file of that name, and nobody may write it.
+bool IsReadOnly(const std::string &Path);
+
+} // namespace hivesweep

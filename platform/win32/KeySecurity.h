@@ -1,0 +1,20 @@
+// Who may do what with a key of the live registry.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+#include "platform/win32/Win32.h"
+
+namespace hivesweep {
+
+// The key's owner, group and access list as one self-relative descriptor. Answers the
+// system's error; after one, Out is empty.
+LONG ReadKeySecurity(HKEY Key, std::vector<std::byte> &Out);
+
+// Gives the key the descriptor's access list, if it has one that is in order and the
+// user may; the key's handle must have WRITE_DAC. The bytes may come from anywhere.
+void SetKeyAccessList(HKEY Key, std::span<const std::byte> Security);
+
+} // namespace hivesweep

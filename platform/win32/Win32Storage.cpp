@@ -1,0 +1,112 @@
+#include "platform/win32/FileParts.h"
+#include "platform/win32/Hosts.h"
+#include "platform/win32/LongPath.h"
+
+namespace hivesweep {
+
+namespace {
+
+// Not by the difference that the clock has today: a file would change its time when
+// summer time begins.
+TLocalTime LocalTime(const FILETIME &Time) {
+  SYSTEMTIME Universal = {};
+  SYSTEMTIME Local = {};
+  if (!FileTimeToSystemTime(&Time, &Universal) ||
+      !SystemTimeToTzSpecificLocalTime(nullptr, &Universal, &Local))
+    return {};
+  return {Local.wYear, Local.wMonth, Local.wDay, Local.wHour, Local.wMinute, Local.wSecond};
+}
+
+TDiskError TextUnless(BOOL Done) { return Done ? TDiskError() : LastErrorText(); }
+
+std::u16string StoragePath(std::u16string_view Path, std::size_t Room = PathRoom) {
+  return SystemPath(AbsolutePath(Path), Room);
+}
+
+// That a file is read-only is asked beforehand: not every disk keeps an administrator
+// from writing or replacing it.
+class TWin32Storage final : public TStorage {
+public:
+  TDiskError List(std::u16string_view Folder, std::vector<TStoredFile> &Out) override {
+    Out.clear();
+    if (HoldsZero(Folder))
+      return ErrorText(ERROR_INVALID_NAME);
+    WIN32_FIND_DATAW Found = {};
+    const TSearch Search(StoragePath(JoinPath(Folder, u"*")), Found);
+    if (!Search.IsOpen()) {
+      const DWORD Error = GetLastError();
+      const bool IsMissing = Error == ERROR_FILE_NOT_FOUND || Error == ERROR_PATH_NOT_FOUND;
+      return IsMissing ? TDiskError() : ErrorText(Error);
+    }
+    do {
+      if (!IsOwnOrParent(Found))
+        Out.push_back({FromWide(Found.cFileName),
+                       static_cast<std::uint64_t>(Found.nFileSizeHigh) << 32 | Found.nFileSizeLow,
+                       LocalTime(Found.ftLastWriteTime),
+                       (Found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0});
+    } while (Search.Next(Found));
+    return GetLastError() == ERROR_NO_MORE_FILES ? TDiskError() : LastErrorText();
+  }
+
+  TDiskError Read(std::u16string_view Path, std::string &Out) override {
+    return ReadWholeFile(Path, Out);
+  }
+
+  TDiskError Write(std::u16string_view Path, std::string_view Bytes) override {
+    if (HoldsZero(Path))
+      return ErrorText(ERROR_INVALID_NAME);
+    const std::u16string Name = StoragePath(Path);
+    if (IsReadOnly(Name))
+      return ErrorText(ERROR_ACCESS_DENIED);
+    const TFileHandle File(CreateFileW(Wide(Name), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                       FILE_ATTRIBUTE_NORMAL, nullptr));
+    return TextUnless(File.IsOpen() && WriteAndFlush(File.Get(), Bytes));
+  }
+
+  TDiskError Rename(std::u16string_view From, std::u16string_view To) override {
+    if (HoldsZero(From) || HoldsZero(To))
+      return ErrorText(ERROR_INVALID_NAME);
+    const std::u16string Target = StoragePath(To);
+    return IsReadOnly(Target) ? ErrorText(ERROR_ACCESS_DENIED)
+                              : TextUnless(RenameOver(StoragePath(From), Target));
+  }
+
+  TDiskError Remove(std::u16string_view Path) override {
+    if (HoldsZero(Path))
+      return ErrorText(ERROR_INVALID_NAME);
+    if (DeleteFileW(Wide(StoragePath(Path))))
+      return {};
+    const DWORD Error = GetLastError();
+    return MeansMissing(Error) ? TDiskError() : ErrorText(Error);
+  }
+
+  TDiskError CreateFolder(std::u16string_view Path) override {
+    if (CheckFolder(Path).empty())
+      return {};
+    if (HoldsZero(Path))
+      return ErrorText(ERROR_INVALID_NAME);
+    const std::u16string Whole = AbsolutePath(Path);
+    const std::size_t Last = Whole.rfind(u'\\');
+    // "C:" and "\\server" are made by nobody.
+    if (Last != std::u16string::npos && Last > 2)
+      if (TDiskError Error = CreateFolder(Whole.substr(0, Last)); !Error.empty())
+        return Error;
+    const BOOL Made = CreateDirectoryW(Wide(SystemPath(Whole, NewFolderRoom)), nullptr);
+    // Someone else may have been faster.
+    return Made ? TDiskError() : CheckFolder(Whole);
+  }
+
+  void MakeWritable(std::u16string_view Path) override {
+    if (HoldsZero(Path))
+      return;
+    const std::u16string Name = StoragePath(Path);
+    if (IsReadOnly(Name))
+      SetFileAttributesW(Wide(Name), FILE_ATTRIBUTE_NORMAL);
+  }
+};
+
+} // namespace
+
+std::unique_ptr<TStorage> MakeWin32Storage() { return std::make_unique<TWin32Storage>(); }
+
+} // namespace hivesweep
