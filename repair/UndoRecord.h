@@ -1,0 +1,70 @@
+// What a fix or a restore is about to change, exactly as it was before: the record by
+// which it can be undone. Its file form is described in docs/undo-record.md.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "repair/Snapshot.h"
+
+namespace hivesweep {
+
+enum class TUndoKind : std::uint8_t { Fix = 1, Restore = 2 };
+
+// What an operation does to a key, a value or a file of its record. A stronger mark
+// is a greater number.
+enum class TUndoMark : std::uint8_t {
+  Kept = 0,  // nothing; it stands beside what is touched
+  Named = 1, // nothing, but the backup text names it: brought back when it is gone
+  Taken = 2, // deletes or replaces it
+  Added = 3, // makes it; it was not there before
+};
+
+struct TKeyMarks {
+  TUndoMark Key = TUndoMark::Kept;
+  std::map<std::u16string, TUndoMark, TNameLess> Values; // those that are not Kept
+};
+
+struct TUndoMarks {
+  std::map<TKeyPlace, TKeyMarks, TKeyPlaceLess> Keys;
+  std::map<std::u16string, TUndoMark, TNameLess> Files;
+
+  // The stronger one of the mark that is there and this one stays.
+  void MarkKey(const TKeyPlace &Place, TUndoMark Mark);
+  void MarkValue(const TKeyPlace &Place, std::u16string_view Name, TUndoMark Mark);
+
+  TUndoMark OfKey(const TKeyPlace &Place) const;
+  TUndoMark OfValue(const TKeyPlace &Place, std::u16string_view Name) const;
+};
+
+struct TUndoRecord {
+  TUndoKind Kind = TUndoKind::Fix;
+  std::uint8_t ViewBits = 0; // 32 or 64: which half of a 64-bit registry the paths are of
+  bool Finished = true;      // false: of a restore that has begun and not come to its end
+  std::uint32_t Changes = 0; // how many things the user sees as changed
+  TSnapshot Before;
+  TUndoMarks Marks;
+};
+
+// The bits of the registry that this program sees.
+constexpr std::uint8_t ThisView() { return sizeof(void *) * 8; }
+
+// What the record's operation did, undone in Present: what it took is there again as it
+// was, what it added is gone, and what somebody else has changed since stays.
+TSnapshot Undone(const TUndoRecord &Record, const TSnapshot &Present);
+
+// The marks of whatever made Before into After.
+TUndoMarks MarksOfChange(const TSnapshot &Before, const TSnapshot &After);
+
+// The record as a file's bytes.
+std::string EncodeUndoRecord(const TUndoRecord &Record);
+
+// Nothing when the bytes are no whole record that this program understands; Why then
+// says so, as the end of a sentence about the file.
+std::optional<TUndoRecord> DecodeUndoRecord(std::string_view Bytes, std::u16string &Why);
+
+} // namespace hivesweep
