@@ -106,8 +106,6 @@ std::int32_t TScanRegistry::RunScan(TWindowHandle Window, std::u16string_view Ar
   return Total;
 }
 
-// Earlier versions kept their backups beside the program, and tools of the suite
-// still expect these two folders there. Nothing is written into them.
 void TScanRegistry::MakeBackupFolders() {
   const std::u16string Folder = Platform_.Folders->Program();
   for (const std::u16string_view Name : {u"\\Backup\\", u"\\Backup\\Registry\\"}) {

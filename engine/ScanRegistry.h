@@ -164,8 +164,11 @@ public:
   std::vector<std::u16string> UninstallNames;        // of the scan's uninstall entries
   const std::vector<std::u16string> ScannedAreaKeys; // what the deep scan leaves out
 
-private:
+  // Earlier versions kept their backups beside the program, and tools of the suite
+  // still expect two folders there. Nothing is written into them.
   void MakeBackupFolders();
+
+private:
   std::array<bool, AreaCount> ReadAreaFlags(std::u16string_view AreaFlags);
   std::int32_t EstimateWork();
   TRegCounts CountEntries(TRegRoot Root, std::u16string_view Path);

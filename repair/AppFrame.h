@@ -8,6 +8,7 @@
 namespace hivesweep {
 
 struct TAppFrame {
+  TAppFrame() = default; // of a system that has no such folders
   explicit TAppFrame(TFolders &Folders)
       : CommonAppDataFolder(Folders.Special(TSpecialFolder::CommonAppData)),
         UserAppDataFolder(Folders.Special(TSpecialFolder::AppData)),
@@ -22,6 +23,7 @@ struct TAppFrame {
 struct TDataPaths {
   std::u16string IgnoreIniPath;
   std::u16string BackupFolderPath; // with a trailing backslash
+  std::u16string UndoFolderPath;   // with one, beside it
   std::u16string MainIniPath;
 };
 

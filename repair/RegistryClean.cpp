@@ -1,35 +1,22 @@
 #include "repair/RegistryClean.h"
 
+#include <algorithm>
+
 #include "platform/Text.h"
 
 namespace hivesweep {
 
-namespace {
-
-constexpr std::u16string_view OptionsSection = u"RegistryOpt";
-
-// Spelled so since the first version; a corrected name would lose every user's
-// statistics.
-constexpr std::u16string_view SummarySection = u"Registrysummer";
-
-} // namespace
-
-TAreaSwitches ReadAreaSwitches(TProfiles &Profiles, std::u16string_view MainIniPath) {
-  TAreaSwitches Switches{};
-  for (const TArea &Area : Areas) {
-    const int Default = Area.OnByDefault ? 1 : 0;
-    Switches[AreaIndex(Area.Number)] =
-        (MainIniPath.empty()
-             ? Default
-             : ReadInteger(Profiles, MainIniPath, OptionsSection, Area.Switch, Default)) != 0;
-  }
-  return Switches;
-}
-
 TRegistryClean::TRegistryClean(TPlatform &Platform)
-    : Frame(*Platform.Folders), Paths(DataPathsOf(Frame)), Platform_(Platform) {
+    : IgnoreList(Platform, DataPathsOf(TAppFrame(*Platform.Folders)).IgnoreIniPath),
+      Frame(*Platform.Folders), Paths(DataPathsOf(Frame)), Platform_(Platform),
+      Settings_(Platform, Paths.MainIniPath), Undo_(*Platform.Storage, Paths.UndoFolderPath) {
   CreateFolders();
 }
+
+TRegistryClean::TRegistryClean(TPlatform &Platform, TDataPaths DataPaths)
+    : IgnoreList(Platform, DataPaths.IgnoreIniPath), Paths(std::move(DataPaths)),
+      Platform_(Platform), Settings_(Platform, Paths.MainIniPath),
+      Undo_(*Platform.Storage, Paths.UndoFolderPath) {}
 
 void TRegistryClean::CreateFolders() {
   TFileSystem &Files = *Platform_.Files;
@@ -47,19 +34,83 @@ void TRegistryClean::CreateFolders() {
     CreateFolderPath(Files, Paths.BackupFolderPath);
 }
 
+// ---- backups ------------------------------------------------------------------------
+
+std::vector<TBackupEntry> TRegistryClean::EnumerateBackups() const {
+  return ListBackups(*Platform_.Storage, Undo_, Paths.BackupFolderPath);
+}
+
+void TRegistryClean::FillBackups(TListRows &Rows) const { FillRows(EnumerateBackups(), Rows); }
+
+bool TRegistryClean::RestoreBackup(std::u16string_view Name) {
+  FinishRestore();
+  RestoreReport_ = {};
+  for (TBackupEntry &Backup : EnumerateBackups()) {
+    if (Backup.Name != Name)
+      continue;
+    Restore_ = std::make_unique<TRestore>(Platform_, Undo_, std::move(Backup));
+    if (Restore_->Begin())
+      return true;
+    RestoreReport_ = Restore_->Report();
+    Restore_.reset();
+    return false;
+  }
+  RestoreReport_.Failure = u"there is no backup of that name";
+  return false;
+}
+
+bool TRegistryClean::ContinueRestore(std::uint32_t Milliseconds) {
+  if (!Restore_)
+    return true;
+  if (!Restore_->WaitForEditor(Milliseconds))
+    return false;
+  Restore_->Finish();
+  RestoreReport_ = Restore_->Report();
+  Restore_.reset();
+  return true;
+}
+
+void TRegistryClean::FinishRestore() {
+  constexpr std::uint32_t Slice = 100;
+  while (!ContinueRestore(Slice))
+    Platform_.Messages->Pump();
+}
+
+TDiskError TRegistryClean::DeleteBackup(std::u16string_view Name) {
+  const std::vector<TBackupEntry> Backups = EnumerateBackups();
+  const auto Backup = std::ranges::find(Backups, Name, &TBackupEntry::Name);
+  if (Backup == Backups.end())
+    return u"there is no backup of that name";
+  // The text goes first. If the rest fails the backup is still listed, by its records.
+  if (TDiskError Error = Platform_.Storage->Remove(Backup->Path); !Error.empty())
+    return Backup->Path + u": " + Error;
+  TDiskError Error;
+  if (const std::optional<TUndoFile> File = Undo_.Of(Name, &Error))
+    Error = Undo_.Remove(File->Name);
+  return Error.empty() ? Error : Paths.UndoFolderPath + u": " + Error;
+}
+
+// ---- settings -----------------------------------------------------------------------
+
 void TRegistryClean::LoadAreaSwitches(TAreaList &List) const {
   const TAreaSwitches Switches = ReadAreaSwitches(*Platform_.Profiles, Paths.MainIniPath);
   for (std::size_t Row = 0; Row < Switches.size(); ++Row)
     List.SetChecked(static_cast<int>(Row), Switches[Row]);
 }
 
+bool TRegistryClean::SaveAreaSwitches(const TAreaList &List) {
+  TAreaSwitches Switches{};
+  for (std::size_t Row = 0; Row < Switches.size(); ++Row)
+    Switches[Row] = List.IsChecked(static_cast<int>(Row));
+  return Settings_.WriteAreaSwitches(Switches);
+}
+
 void TRegistryClean::LoadSummary(TStatusLabel &LastScan, TStatusLabel &LastClean,
                                  TStatusLabel &Total, std::u16string_view NoneText) const {
-  TProfiles &Profiles = *Platform_.Profiles;
-  LastScan.SetText(Profiles.ReadString(Paths.MainIniPath, SummarySection, u"Lastscan", NoneText));
-  LastClean.SetText(Profiles.ReadString(Paths.MainIniPath, SummarySection, u"Lastclean", NoneText));
-  const int Fixed = ReadInteger(Profiles, Paths.MainIniPath, SummarySection, u"total", 0);
-  Total.SetText(Fixed < 0 ? u"-" + ToDecimal(static_cast<std::uint64_t>(-Fixed))
+  LastScan.SetText(Settings_.LastScan(NoneText));
+  LastClean.SetText(Settings_.LastClean(NoneText));
+  const std::int32_t Fixed = Settings_.Total();
+  Total.SetText(Fixed < 0 ? u"-" + ToDecimal(static_cast<std::uint64_t>(-std::int64_t{Fixed}))
                           : ToDecimal(static_cast<std::uint64_t>(Fixed)));
 }
 

@@ -1,22 +1,26 @@
-// The program's settings, and the folders they live in.
+// Fixes problems, keeps backups and undoes fixes, and keeps the program's settings: all
+// that the window and the command line do besides scanning.
 #pragma once
 
-#include <array>
+#include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "engine/Areas.h"
+#include "engine/ScanRegistry.h"
 #include "engine/ScanView.h"
 #include "platform/Platform.h"
 #include "repair/AppFrame.h"
+#include "repair/BackupList.h"
+#include "repair/FixSteps.h"
+#include "repair/IgnoreList.h"
+#include "repair/ListRows.h"
+#include "repair/Restore.h"
+#include "repair/Settings.h"
+#include "repair/UndoStore.h"
 
 namespace hivesweep {
-
-using TAreaSwitches = std::array<bool, AreaCount>; // by area number - 1
-
-// The switches as the user has set them: on, but for the deep scan, where the
-// settings file says nothing. Any number but 0 switches an area on.
-TAreaSwitches ReadAreaSwitches(TProfiles &Profiles, std::u16string_view MainIniPath);
 
 // The rows of check boxes that show the areas, in the areas' order.
 class TAreaList {
@@ -26,7 +30,36 @@ public:
   TAreaList &operator=(const TAreaList &) = delete;
   virtual ~TAreaList() = default;
 
+  virtual bool IsChecked(int Row) const = 0;
   virtual void SetChecked(int Row, bool Checked) = 0;
+};
+
+// What became of one problem that was to be fixed.
+enum class TRemoval {
+  Removed,
+  GoneAlready,
+  Denied,
+  Failed,
+  // It could not be read when it was to be recorded, or was changed after that: it was
+  // left alone.
+  NotRecorded,
+};
+
+struct TNotRemoved {
+  std::u16string TypeName;
+  std::u16string KeyPath;
+  std::u16string ValueName;
+  std::u16string Data;
+  TRemoval Why = TRemoval::Failed;
+};
+
+struct TFixReport {
+  std::u16string Failure; // why nothing was done at all; empty: it was
+  std::int32_t Removed = 0;
+  std::vector<TNotRemoved> NotRemoved;
+  std::u16string BackupName;    // what to restore to undo the fix; empty: nothing to undo
+  std::u16string BackupFailure; // why the backup's text is missing; the record is there
+  bool LastFixWritten = true;
 };
 
 class TRegistryClean {
@@ -35,20 +68,85 @@ public:
   // something is written into it.
   explicit TRegistryClean(TPlatform &Platform);
 
+  // With the data in other folders, which are created when something is written there.
+  TRegistryClean(TPlatform &Platform, TDataPaths Paths);
+
+  // A restore that was begun comes to its end first.
+  ~TRegistryClean() { FinishRestore(); }
+
+  // ---- fixing -----------------------------------------------------------------------
+  // Removes the checked problems and keeps a backup. Before anything is removed, the
+  // exact state of all of it is on the disk; when that can't be done nothing is removed,
+  // the report and the label say why.
+  TFixReport BackupAndFix(TListViewManage &Problems, TScanRegistry &Engine,
+                          TStatusLabel &StatusLabel, TProgressBar &ProgressBar,
+                          std::u16string_view StatusText);
+
+  // Leaves a fix before its next problem.
+  void StopFix() { FixStopped_ = true; }
+
+  bool RecordLastFix = true;    // the time of the fix goes into the settings
+  bool IncludeBackup = true;    // the scan's backup lines are kept
+  bool FixDeepScan = true;      // problems of the deep scan are fixed as well
+  std::uint32_t FixPause = 10;  // milliseconds before each problem, for the bar's pace
+  std::u16string FixStatusText; // what the label shows meanwhile
+
+  // ---- backups ----------------------------------------------------------------------
+  std::vector<TBackupEntry> EnumerateBackups() const;
+  void FillBackups(TListRows &Rows) const;
+
+  // Begins to restore the backup of that name and does not wait for the editor. False,
+  // and nothing has been changed, when there is none of that name, or by RestoreReport.
+  bool RestoreBackup(std::u16string_view Name);
+
+  // To be called now and then after RestoreBackup; waits for the editor so long at most.
+  // True when no restore is under way any more.
+  bool ContinueRestore(std::uint32_t Milliseconds = 0);
+  void FinishRestore();
+  const TRestoreReport &RestoreReport() const { return RestoreReport_; } // of the last one
+
+  // Deletes the backup of that name with its records. Nothing, or why not.
+  TDiskError DeleteBackup(std::u16string_view Name);
+
+  // ---- the ignore list ------------------------------------------------------------------
+  TIgnoreList IgnoreList;
+
+  // ---- settings -------------------------------------------------------------------------
   void LoadAreaSwitches(TAreaList &List) const;
+  bool SaveAreaSwitches(const TAreaList &List);
 
   // When the last scan and the last fix were, and how many problems have been fixed
   // in all. NoneText stands for a date that there is not.
   void LoadSummary(TStatusLabel &LastScan, TStatusLabel &LastClean, TStatusLabel &Total,
                    std::u16string_view NoneText) const;
 
+  // After a scan or, with the number of problems fixed, after a fix. False when it could
+  // not be written.
+  bool RecordStatistics(std::int32_t Count, bool IsScan) {
+    return Settings_.RecordStatistics(Count, IsScan);
+  }
+
   const TAppFrame Frame;
   const TDataPaths Paths;
 
 private:
+  struct TFixRun;
+
   void CreateFolders();
+  void FixSelected(TFixRun &Run, std::vector<std::u16string> &BackupLines,
+                   std::u16string_view StatusText);
+  void RemoveCheckedProblems(TFixRun &Run, std::vector<std::u16string> &BackupLines);
+  TRemoval Remove(TFixRun &Run, const TItemInfo &Item);
+  bool RecordBeforeFix(TFixRun &Run);
+  void WriteBackup(TFixRun &Run);
+  void PruneBackups(const TFixRun &Run);
 
   TPlatform &Platform_;
+  TSettings Settings_;
+  TUndoStore Undo_;
+  bool FixStopped_ = false;
+  std::unique_ptr<TRestore> Restore_;
+  TRestoreReport RestoreReport_;
 };
 
 } // namespace hivesweep

@@ -71,6 +71,7 @@ TEST(DataFolders, ABackupFolderIsMadeUnlessTheTransposedNameIsThere) {
 
 class TTestAreaList final : public TAreaList {
 public:
+  bool IsChecked(int Row) const override { return Row % 2 == 0; }
   void SetChecked(int Row, bool Checked) override {
     if (!Checked)
       Off += ToDecimal(static_cast<std::uint64_t>(Row)) + u" ";

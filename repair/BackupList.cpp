@@ -1,0 +1,99 @@
+#include "repair/BackupList.h"
+
+#include <algorithm>
+
+#include "platform/Text.h"
+#include "repair/BackupText.h"
+
+namespace hivesweep {
+
+namespace {
+
+// The three units behind the first dot are looked at, so "backup1.regold" is one too.
+bool IsBackupName(std::u16string_view Name) {
+  const std::size_t Dot = Name.find(u'.');
+  return Name.starts_with(u"backup") && Dot != std::u16string_view::npos &&
+         Name.substr(Dot + 1, 3) == u"reg";
+}
+
+// As many as the file has lines that name a key.
+std::int32_t CountChanges(TStorage &Storage, std::u16string_view Path) {
+  std::string Bytes;
+  if (!Storage.Read(Path, Bytes).empty())
+    return 0;
+  const std::vector<std::u16string> Lines = DecodeBackup(Bytes);
+  return static_cast<std::int32_t>(std::ranges::count_if(
+      Lines, [](const std::u16string &Line) { return Line.starts_with(u'['); }));
+}
+
+// A number of thousandths as a decimal with two places at most: 2500 is "2.5".
+std::u16string Thousandths(std::int64_t Number) {
+  const auto Hundredths = static_cast<std::uint64_t>((Number + 5) / 10);
+  std::u16string Text = ToDecimal(Hundredths / 100);
+  if (const std::uint64_t Rest = Hundredths % 100; Rest != 0) {
+    Text += Rest < 10 ? u".0" : u".";
+    Text += Rest % 10 == 0 ? ToDecimal(Rest / 10) : ToDecimal(Rest);
+  }
+  return Text;
+}
+
+} // namespace
+
+std::vector<TBackupEntry> ListBackups(TStorage &Storage, const TUndoStore &Undo,
+                                      std::u16string_view Folder) {
+  std::vector<TStoredFile> Found;
+  Storage.List(Folder, Found);
+  std::vector<TBackupEntry> Out;
+  for (const TStoredFile &File : Found) {
+    if (File.IsFolder || !IsBackupName(File.Name))
+      continue;
+    const std::u16string Path = std::u16string(Folder) + File.Name;
+    Out.push_back({File.Name, Path, CountChanges(Storage, Path),
+                   static_cast<std::int64_t>(File.Size), File.Modified, true});
+  }
+  for (const TUndoFile &File : Undo.List()) {
+    const auto IsKnown = [&](const TBackupEntry &Entry) { return Entry.Name == File.BackupName; };
+    if (File.IsPending || std::ranges::any_of(Out, IsKnown))
+      continue;
+    std::u16string Unused;
+    const auto Record = Undo.Load(File.Name, Unused);
+    Out.push_back({File.BackupName, std::u16string(Folder) + File.BackupName,
+                   Record ? static_cast<std::int32_t>(Record->Changes) : 0,
+                   static_cast<std::int64_t>(File.Size), File.Time, false});
+  }
+  return Out;
+}
+
+void FillRows(std::span<const TBackupEntry> Backups, TListRows &Rows) {
+  Rows.Clear();
+  for (const TBackupEntry &Entry : Backups) {
+    std::vector<std::u16string> Cells = {ToDecimal(static_cast<std::uint64_t>(Entry.Changes))};
+    if (Entry.Size < 1000)
+      Cells.push_back(ToDecimal(static_cast<std::uint64_t>(Entry.Size)) + u" Byte");
+    if (Entry.Size > 1000)
+      Cells.push_back(Thousandths(Entry.Size) + u" KB");
+    if (Entry.Size > 1'000'000)
+      Cells.push_back(Thousandths(Entry.Size / 1000) + u" M");
+    Cells.push_back(Entry.Name);
+    Rows.Add(DateTimeText(Entry.Time), Cells);
+  }
+}
+
+std::vector<TBackupEntry> SurplusOf(std::span<const TBackupEntry> Backups) {
+  std::vector<TBackupEntry> Out;
+  if (Backups.size() < 3)
+    return Out;
+  const TBackupEntry *First = &Backups[0];
+  const TBackupEntry *Second = &Backups[1];
+  for (const TBackupEntry &Entry : Backups.subspan(2)) {
+    if (Entry.Time > First->Time)
+      Out.push_back(*std::exchange(First, &Entry));
+    else if (Entry.Time > Second->Time)
+      Out.push_back(*std::exchange(Second, &Entry));
+    else
+      Out.push_back(Entry);
+  }
+  return Out;
+}
+
+} // namespace hivesweep

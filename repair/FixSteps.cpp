@@ -1,0 +1,250 @@
+#include "repair/FixSteps.h"
+
+#include "repair/BackupText.h"
+
+namespace hivesweep {
+
+namespace {
+
+std::u16string_view WithoutBreaks(std::u16string_view Path) {
+  while (Path.starts_with(u'\\'))
+    Path.remove_prefix(1);
+  while (Path.ends_with(u'\\'))
+    Path.remove_suffix(1);
+  return Path;
+}
+
+// Works out what each step deletes, as far as that can be known beforehand.
+class TFixMarking {
+public:
+  TFixMarking(TUndoRecord &Record) : Record_(Record) {}
+
+  void Take(const TItemInfo &Item, const TFixStep &Step) {
+    switch (Step.Kind) {
+    case TStepKind::DeleteFile:
+      if (Record_.Before.Files.contains(Item.Data))
+        Record_.Marks.Files[Item.Data] = TUndoMark::Taken;
+      break;
+    case TStepKind::DeleteTree:
+      TakeTree(Cursor_.Aim(Step));
+      break;
+    case TStepKind::DeleteValue:
+      TakeValue(Cursor_.Aim(Step), Item.ValueName);
+      break;
+    }
+  }
+
+  void TakeBackupLines(std::span<const std::u16string> Lines) {
+    std::vector<TKeyPlace> Places;
+    for (const std::u16string &Line : Lines) {
+      if (const auto Key = KeyOfLine(Line)) {
+        Places = StoredPlaces(Key->Root, Key->Path);
+        for (const TKeyPlace &Place : Places)
+          if (Record_.Before.Keys.contains(Place))
+            Record_.Marks.MarkKey(Place, TUndoMark::Named);
+        continue;
+      }
+      for (const TKeyPlace &Place : Places)
+        NameValue(Place, Line);
+    }
+  }
+
+private:
+  // Where two places show as one key, the first that is there is what goes. The other
+  // is marked as well, in case the first has gone by then.
+  void TakeTree(const TKeyPlace &Place) {
+    TUndoMark Mark = TUndoMark::Taken;
+    for (const TKeyPlace &Stored : StoredPlaces(Place.Root, Place.Path)) {
+      if (!IsThere(Stored))
+        continue;
+      MarkTree(Stored, Mark);
+      if (Mark == TUndoMark::Taken)
+        Deleted_.insert(Stored);
+      Mark = TUndoMark::Named;
+    }
+  }
+
+  void MarkTree(const TKeyPlace &Top, TUndoMark Mark) {
+    const TSavedKeys &Keys = Record_.Before.Keys;
+    const auto MarkOne = [&](const auto &Entry) {
+      Record_.Marks.MarkKey(Entry.first, Mark);
+      for (const auto &[Name, Value] : Entry.second.Values)
+        Record_.Marks.MarkValue(Entry.first, Name, Mark);
+    };
+    if (const auto Itself = Keys.find(Top); Itself != Keys.end())
+      MarkOne(*Itself);
+    for (auto Key = Keys.lower_bound({Top.Root, Top.Path + u"\\"});
+         Key != Keys.end() && IsAtOrBelow(Key->first, Top); ++Key)
+      MarkOne(*Key);
+  }
+
+  void TakeValue(TKeyPlace Place, std::u16string_view Name) {
+    for (const TKeyPlace &Stored : StoredPlaces(Place.Root, Place.Path)) {
+      if (IsThere(Stored)) {
+        Cursor_.Opened(std::move(Place));
+        break;
+      }
+    }
+    if (!Cursor_.OpenKey())
+      return;
+    TUndoMark Mark = TUndoMark::Taken;
+    for (const TKeyPlace &Stored : StoredPlaces(Cursor_.OpenKey()->Root, Cursor_.OpenKey()->Path)) {
+      if (!Record_.Before.FindValue(Stored, Name))
+        continue;
+      Record_.Marks.MarkValue(Stored, Name, Mark);
+      Mark = TUndoMark::Named;
+    }
+  }
+
+  // The key is there by the time of this step.
+  bool IsThere(const TKeyPlace &Place) const {
+    if (!Record_.Before.Keys.contains(Place))
+      return false;
+    for (TKeyPlace Top = Place; !Top.Path.empty(); Top = ParentOf(Top))
+      if (Deleted_.contains(Top))
+        return false;
+    return true;
+  }
+
+  void NameValue(const TKeyPlace &Place, std::u16string_view Line) {
+    const auto Key = Record_.Before.Keys.find(Place);
+    if (Key == Record_.Before.Keys.end())
+      return;
+    const auto Name = NameOfLine(Line, [&](std::u16string_view Candidate) {
+      return Key->second.Values.contains(std::u16string(Candidate));
+    });
+    if (Name)
+      Record_.Marks.MarkValue(Place, *Name, TUndoMark::Named);
+  }
+
+  TUndoRecord &Record_;
+  TFixCursor Cursor_;
+  std::set<TKeyPlace, TKeyPlaceLess> Deleted_;
+};
+
+} // namespace
+
+TFixStep StepOf(const TItemInfo &Item, std::u16string_view ShortcutCaption) {
+  if (Item.TypeName == ShortcutCaption)
+    return {TStepKind::DeleteFile, std::nullopt, {}};
+  const std::u16string_view KeyPath = Item.KeyPath;
+  const std::size_t Break = KeyPath.find(u'\\');
+  const bool HasRoot = Break != std::u16string_view::npos;
+  return {Trim(Item.ValueName) == WholeKey ? TStepKind::DeleteTree : TStepKind::DeleteValue,
+          HasRoot ? RegRootByName(KeyPath.substr(0, Break)) : std::nullopt,
+          HasRoot ? KeyPath.substr(Break) : KeyPath};
+}
+
+TKeyPlace TFixCursor::Aim(const TFixStep &Step) {
+  if (Step.Root && *Step.Root != Root_) {
+    Root_ = *Step.Root;
+    Open_.reset();
+  }
+  const std::u16string_view Path = WithoutBreaks(Step.Path);
+  if (Step.Path.starts_with(u'\\') || !Open_ || Open_->Path.empty())
+    return {Root_, std::u16string(Path)};
+  return {Root_, Path.empty() ? Open_->Path : Open_->Path + u"\\" + std::u16string(Path)};
+}
+
+void ForEachStep(const TListViewManage &Problems, std::u16string_view ShortcutCaption,
+                 const std::function<void(const TItemInfo &, const TFixStep &)> &Take) {
+  for (std::int32_t Index = 0; Index < Problems.GroupCount(); ++Index) {
+    const TGroupItems &Group = *Problems.GetGroup(Index);
+    for (std::int32_t Row = Group.Count() - 1; Row >= 0; --Row)
+      if (const TItemInfo &Item = *Group.Get(Row); Item.Checked)
+        Take(Item, StepOf(Item, ShortcutCaption));
+  }
+}
+
+TUndoRecord RecordFix(TPlatform &Platform, const TListViewManage &Problems,
+                      std::u16string_view ShortcutCaption,
+                      std::span<const std::u16string> BackupLines) {
+  TScope Scope = ScopeOfBackup(BackupLines);
+  TUndoRecord Record;
+  TFixCursor Cursor;
+  ForEachStep(Problems, ShortcutCaption, [&](const TItemInfo &Item, const TFixStep &Step) {
+    ++Record.Changes;
+    if (Step.Kind == TStepKind::DeleteFile) {
+      Scope.Files.insert(Item.Data);
+      return;
+    }
+    TKeyPlace Place = Cursor.Aim(Step);
+    const bool IsTree = Step.Kind == TStepKind::DeleteTree;
+    for (TKeyPlace &Stored : StoredPlaces(Place.Root, Place.Path))
+      (IsTree ? Scope.Trees : Scope.Keys).insert(std::move(Stored));
+    if (!IsTree)
+      Cursor.Opened(std::move(Place));
+  });
+  Record.ViewBits = ThisView();
+  Record.Before = TakeSnapshot(Platform, Scope);
+  TFixMarking Marking(Record);
+  ForEachStep(Problems, ShortcutCaption,
+              [&](const TItemInfo &Item, const TFixStep &Step) { Marking.Take(Item, Step); });
+  Marking.TakeBackupLines(BackupLines);
+  return Record;
+}
+
+bool TFixGuard::MayDeleteTree(const TKeyPlace &Place) const {
+  for (const TKeyPlace &Stored : StoredPlaces(Place.Root, Place.Path)) {
+    TScope Scope;
+    Scope.Trees.insert(Stored);
+    const TSnapshot Now = TakeSnapshot(Platform_, Scope, TSpelling::AsNamed);
+    if (!Now.Keys.empty() || !Now.UnreadableKeys.empty())
+      return IsRecorded(Now);
+  }
+  return true; // there is nothing to lose
+}
+
+bool TFixGuard::MayDeleteValue(TRegKey &Key, const TKeyPlace &Place,
+                               std::u16string_view Name) const {
+  if (Place.Root != TRegRoot::ClassesRoot)
+    return IsRecordedValue(Key, Place, Name);
+  for (const TKeyPlace &Stored : StoredPlaces(Place.Root, Place.Path)) {
+    const TRegOpened Opened = Platform_.Registry->Open(Stored.Root, Stored.Path);
+    if (Opened.Status == TRegStatus::NotFound)
+      continue;
+    if (!Opened.Key || !IsRecordedValue(*Opened.Key, Stored, Name))
+      return false;
+  }
+  return true;
+}
+
+bool TFixGuard::MayDeleteFile(const std::u16string &Path) const {
+  TFileContent Now;
+  const TFileStatus Status = Platform_.Files->ReadContent(Path, Now);
+  if (Status == TFileStatus::NotFound)
+    return true;
+  const auto Saved = Record_.Before.Files.find(Path);
+  return Status == TFileStatus::Ok && Saved != Record_.Before.Files.end() &&
+         Saved->second.Bytes == Now.Bytes;
+}
+
+bool TFixGuard::IsRecorded(const TSnapshot &Now) const {
+  if (!Now.UnreadableKeys.empty())
+    return false;
+  for (const auto &[Place, Key] : Now.Keys) {
+    if (Record_.Marks.OfKey(Place) == TUndoMark::Kept || !Record_.Before.Keys.contains(Place))
+      return false;
+    for (const auto &[Name, Value] : Key.Values) {
+      const TSavedValue *const Saved = Record_.Before.FindValue(Place, Name);
+      // A name with a zero can be read but not made again.
+      if (!Saved || !Saved->SameData(Value) || Contains(Name, u'\0'))
+        return false;
+    }
+  }
+  return true;
+}
+
+bool TFixGuard::IsRecordedValue(TRegKey &Key, const TKeyPlace &Place,
+                                std::u16string_view Name) const {
+  TRegValue Now;
+  const TRegStatus Status = Key.Read(Name, Now);
+  if (Status == TRegStatus::NotFound)
+    return true;
+  const TSavedValue *const Saved = Record_.Before.FindValue(Place, Name);
+  return Status == TRegStatus::Ok && Saved && Saved->Type == Now.Data().Type() &&
+         std::ranges::equal(Saved->Bytes, Now.Data().Bytes()) &&
+         Record_.Marks.OfValue(Place, Name) != TUndoMark::Kept;
+}
+
+} // namespace hivesweep

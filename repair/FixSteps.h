@@ -1,0 +1,79 @@
+// What a fix is going to do, step by step: worked out once before it begins, for the
+// record by which it can be undone, and followed when it happens.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "engine/ProblemList.h"
+#include "platform/Registry.h"
+#include "repair/UndoRecord.h"
+
+namespace hivesweep {
+
+enum class TStepKind { DeleteFile, DeleteTree, DeleteValue };
+
+// What removing one problem does, before it is known which key is open.
+struct TFixStep {
+  TStepKind Kind = TStepKind::DeleteValue;
+  // The root of exactly that name; nothing: the one before stays in force.
+  std::optional<TRegRoot> Root;
+  // From the first backslash of the problem's path on. A path without one has no root,
+  // and is taken from the key that is open.
+  std::u16string_view Path;
+};
+
+// ShortcutCaption is the type name of problems that are files.
+TFixStep StepOf(const TItemInfo &Item, std::u16string_view ShortcutCaption);
+
+// Follows the one root and the one open key of a fix, as TRegistry keeps them.
+class TFixCursor {
+public:
+  // Takes the step's root; the key that its path names.
+  TKeyPlace Aim(const TFixStep &Step);
+
+  // The key of the last Aim has been opened.
+  void Opened(TKeyPlace Place) { Open_ = std::move(Place); }
+
+  // The key that a value is deleted from: when the last one could not be opened, the
+  // one that is still open from a step before. Nothing when none is.
+  const std::optional<TKeyPlace> &OpenKey() const { return Open_; }
+
+private:
+  TRegRoot Root_ = TRegRoot::CurrentUser;
+  std::optional<TKeyPlace> Open_;
+};
+
+// Tells the steps of a fix in its order: groups as they stand, in each the problems from
+// the last to the first.
+void ForEachStep(const TListViewManage &Problems, std::u16string_view ShortcutCaption,
+                 const std::function<void(const TItemInfo &, const TFixStep &)> &Take);
+
+// Reads all that the steps, and the lines of the backup, name, and marks what goes.
+TUndoRecord RecordFix(TPlatform &Platform, const TListViewManage &Problems,
+                      std::u16string_view ShortcutCaption,
+                      std::span<const std::u16string> BackupLines);
+
+// Holds what is there now against the record: what is not in it, exactly as it is,
+// must not be deleted.
+class TFixGuard {
+public:
+  TFixGuard(TPlatform &Platform, const TUndoRecord &Record)
+      : Platform_(Platform), Record_(Record) {}
+
+  bool MayDeleteTree(const TKeyPlace &Place) const;
+  // Key is Place, open.
+  bool MayDeleteValue(TRegKey &Key, const TKeyPlace &Place, std::u16string_view Name) const;
+  bool MayDeleteFile(const std::u16string &Path) const;
+
+private:
+  bool IsRecorded(const TSnapshot &Now) const;
+  bool IsRecordedValue(TRegKey &Key, const TKeyPlace &Place, std::u16string_view Name) const;
+
+  TPlatform &Platform_;
+  const TUndoRecord &Record_;
+};
+
+} // namespace hivesweep

@@ -1,0 +1,213 @@
+// The fix: from the checked problems to their removal, with its backup.
+#include <algorithm>
+
+#include "platform/Text.h"
+#include "repair/BackupText.h"
+#include "repair/RegistryClean.h"
+
+namespace hivesweep {
+
+namespace {
+
+// A backup's text is written beside its place before the fix begins, so that a full
+// disk is known while everything can still be left alone, and gets its name after it.
+// This one is none by which a backup is known.
+constexpr std::u16string_view PreparedName = u"prepared.tmp";
+
+TRemoval RemovalOf(TRegStatus Status) {
+  switch (Status) {
+  case TRegStatus::Ok:
+    return TRemoval::Removed;
+  case TRegStatus::NotFound:
+    return TRemoval::GoneAlready;
+  case TRegStatus::Denied:
+    return TRemoval::Denied;
+  case TRegStatus::Failed:
+    break;
+  }
+  return TRemoval::Failed;
+}
+
+TRemoval RemovalOf(TFileStatus Status) {
+  switch (Status) {
+  case TFileStatus::Ok:
+    return TRemoval::Removed;
+  case TFileStatus::NotFound:
+    return TRemoval::GoneAlready;
+  case TFileStatus::Denied:
+    return TRemoval::Denied;
+  case TFileStatus::Failed:
+    break;
+  }
+  return TRemoval::Failed;
+}
+
+} // namespace
+
+struct TRegistryClean::TFixRun {
+  TListViewManage &Problems;
+  TScanRegistry &Engine;
+  TStatusLabel &StatusLabel;
+  TProgressBar &ProgressBar;
+  std::u16string BackupName;
+  TUndoRecord Record;
+  TRegistry Registry;
+  TFixCursor Cursor;
+  TFixReport Report;
+};
+
+TFixReport TRegistryClean::BackupAndFix(TListViewManage &Problems, TScanRegistry &Engine,
+                                        TStatusLabel &StatusLabel, TProgressBar &ProgressBar,
+                                        std::u16string_view StatusText) {
+  FinishRestore();
+  FixStopped_ = false;
+  TFixRun Run{Problems,
+              Engine,
+              StatusLabel,
+              ProgressBar,
+              BackupNameOf(Platform_.Clock->Now()),
+              {},
+              TRegistry(*Platform_.Registry, TRegAccess::Full),
+              {},
+              {}};
+  if (!RecordBeforeFix(Run)) {
+    StatusLabel.SetText(Run.Report.Failure);
+    return Run.Report;
+  }
+  std::vector<std::u16string> BackupLines;
+  FixSelected(Run, BackupLines, StatusText);
+  if (!BackupLines.empty())
+    WriteBackup(Run);
+  return std::move(Run.Report);
+}
+
+// True when everything that is going to be removed is on the disk.
+bool TRegistryClean::RecordBeforeFix(TFixRun &Run) {
+  const std::vector<std::u16string> &Lines = Run.Engine.BackupText;
+  if (Lines.empty() && Run.Problems.CheckedCount() == 0)
+    return true;
+  Run.Record = RecordFix(Platform_, Run.Problems, Run.Engine.Caption(TLabel::ShortcutFile), Lines);
+  TStorage &Storage = *Platform_.Storage;
+  const std::u16string &Folder = Paths.BackupFolderPath;
+  TDiskError Error = Storage.CreateFolder(Folder);
+  if (Error.empty() && !Lines.empty())
+    Error = Storage.Write(Folder + std::u16string(PreparedName), EncodeBackup(Lines));
+  if (!Error.empty())
+    Error = Folder + u": " + Error;
+  TUndoFile File;
+  if (Error.empty())
+    Error = Undo_.Save(Run.Record, Run.BackupName, File);
+  if (Error.empty()) {
+    Run.Report.BackupName = File.BackupName;
+    return true;
+  }
+  Storage.Remove(Folder + std::u16string(PreparedName));
+  Run.Report.Failure = u"Nothing was fixed, because no backup could be written. " + Error;
+  return false;
+}
+
+void TRegistryClean::FixSelected(TFixRun &Run, std::vector<std::u16string> &BackupLines,
+                                 std::u16string_view StatusText) {
+  Run.Engine.MakeBackupFolders();
+  FixStatusText = StatusText;
+  IncludeBackup = true;
+  FixDeepScan = true;
+  RemoveCheckedProblems(Run, BackupLines);
+}
+
+void TRegistryClean::RemoveCheckedProblems(TFixRun &Run, std::vector<std::u16string> &BackupLines) {
+  const std::int64_t Total = Run.Problems.TotalCount();
+  Run.ProgressBar.SetPosition(0);
+  Run.ProgressBar.SetMin(0);
+  Run.ProgressBar.SetMax(static_cast<std::int32_t>(Total));
+  if (RecordLastFix)
+    Run.Report.LastFixWritten = Settings_.WriteLastFix();
+  Run.StatusLabel.SetText(u"");
+  Run.StatusLabel.SetText(FixStatusText);
+  if (IncludeBackup)
+    BackupLines.insert(BackupLines.end(), Run.Engine.BackupText.begin(),
+                       Run.Engine.BackupText.end());
+
+  const std::u16string &DeepScanCaption = Run.Engine.Caption(TLabel::DeepScan);
+  std::int64_t Done = 0;
+  for (std::int32_t Index = 0; Index < Run.Problems.GroupCount() && !FixStopped_; ++Index) {
+    for (std::int32_t Row = Run.Problems.GetGroup(Index)->Count() - 1; Row >= 0; --Row) {
+      Platform_.Messages->Pump();
+      if (FixStopped_)
+        break;
+      if (Total != 1)
+        Run.ProgressBar.SetPosition(static_cast<std::int32_t>(Done * Total / (Total - 1)));
+      if (FixPause != 0)
+        Platform_.Clock->Pause(FixPause);
+      TGroupItems *const Group = Run.Problems.GetGroup(Index);
+      const TItemInfo *const Item = Group ? Group->Get(Row) : nullptr;
+      if (!Item)
+        continue; // a handler of those messages has removed it
+      if (Item->Checked) {
+        if (!FixDeepScan && Item->TypeName == DeepScanCaption)
+          continue; // not counted: the bar stays where it is
+        if (const TRemoval What = Remove(Run, *Item); What == TRemoval::Removed)
+          ++Run.Report.Removed;
+        else
+          Run.Report.NotRemoved.push_back(
+              {Item->TypeName, Item->KeyPath, Item->ValueName, Item->Data, What});
+        Group->Delete(Item);
+      }
+      ++Done;
+    }
+  }
+  Run.Registry.CloseKey();
+  Run.ProgressBar.SetMax(100);
+  Run.ProgressBar.SetPosition(100);
+}
+
+TRemoval TRegistryClean::Remove(TFixRun &Run, const TItemInfo &Item) {
+  const TFixGuard Guard(Platform_, Run.Record);
+  const TFixStep Step = StepOf(Item, Run.Engine.Caption(TLabel::ShortcutFile));
+  if (Step.Kind == TStepKind::DeleteFile)
+    return Guard.MayDeleteFile(Item.Data) ? RemovalOf(Platform_.Files->RemoveFile(Item.Data))
+                                          : TRemoval::NotRecorded;
+  if (Step.Root)
+    Run.Registry.SetRoot(*Step.Root);
+  TKeyPlace Place = Run.Cursor.Aim(Step);
+  if (Step.Kind == TStepKind::DeleteTree)
+    return Guard.MayDeleteTree(Place) ? RemovalOf(Run.Registry.DeleteKey(Step.Path))
+                                      : TRemoval::NotRecorded;
+
+  // A key that can't be opened leaves the one before it open, and the value of this
+  // name is deleted there. It has always been so, and is recorded as such.
+  const TRegStatus Opened = Run.Registry.OpenKey(Step.Path);
+  if (Opened == TRegStatus::Ok)
+    Run.Cursor.Opened(std::move(Place));
+  TRegKey *const Key = Run.Registry.CurrentKey();
+  if (!Key || !Run.Cursor.OpenKey())
+    return RemovalOf(Opened);
+  if (!Guard.MayDeleteValue(*Key, *Run.Cursor.OpenKey(), Item.ValueName))
+    return TRemoval::NotRecorded;
+  const TRegStatus Deleted = Run.Registry.DeleteValue(Item.ValueName);
+  return RemovalOf(Opened == TRegStatus::Ok ? Deleted : Opened);
+}
+
+void TRegistryClean::WriteBackup(TFixRun &Run) {
+  PruneBackups(Run);
+  const std::u16string Path = Paths.BackupFolderPath + Run.BackupName;
+  if (const TDiskError Error =
+          Platform_.Storage->Rename(Paths.BackupFolderPath + std::u16string(PreparedName), Path);
+      !Error.empty())
+    Run.Report.BackupFailure = Path + u": " + Error;
+}
+
+// Two of the old backups stay. What has no text is not counted with them: of those the
+// newest ten stay, so that restores do not drive out backups.
+void TRegistryClean::PruneBackups(const TFixRun &Run) {
+  std::vector<TBackupEntry> Backups = EnumerateBackups();
+  const auto Bare = std::ranges::stable_partition(Backups, &TBackupEntry::HasText);
+  for (const TBackupEntry &Backup : SurplusOf({Backups.begin(), Bare.begin()}))
+    if (Backup.Name != Run.BackupName)
+      DeleteBackup(Backup.Name);
+  constexpr std::ptrdiff_t KeptBare = 10;
+  for (auto Backup = Bare.begin(); Bare.end() - Backup > KeptBare; ++Backup)
+    DeleteBackup(Backup->Name);
+}
+
+} // namespace hivesweep

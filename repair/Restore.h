@@ -1,0 +1,71 @@
+// One restore of a backup: first everything that it can touch is recorded, then the
+// registry editor imports the backup's text, then what the exact records hold is put
+// back over that.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Platform.h"
+#include "repair/BackupList.h"
+#include "repair/UndoStore.h"
+
+namespace hivesweep {
+
+struct TRestoreReport {
+  std::u16string Failure;            // why it was not, or not to its end; empty: it was
+  std::vector<std::u16string> Notes; // what went otherwise than it should, in sentences
+  std::vector<TPutFailure> NotRestored;
+  std::u16string UndoName; // the backup that undoes this restore; empty: nothing changed
+};
+
+class TRestore {
+public:
+  // Everything given must outlive the restore, which is used up by one run.
+  TRestore(TPlatform &Platform, TUndoStore &Undo, TBackupEntry Backup)
+      : Platform_(Platform), Undo_(Undo), Backup_(std::move(Backup)) {}
+
+  // Puts an unfinished restore right, records what is there, and starts the editor. It
+  // does not wait. False when that failed: nothing has been changed, and the report says why.
+  bool Begin();
+
+  // Waits so long at most, 0 only asks. True when the editor has ended.
+  bool WaitForEditor(std::uint32_t Milliseconds);
+
+  // The rest, once the editor has ended.
+  void Finish();
+
+  const std::u16string &BackupName() const { return Backup_.Name; }
+  const TRestoreReport &Report() const { return Report_; }
+
+private:
+  bool PutInterruptedRight();
+  bool RollBack(const TUndoFile &File, TUndoRecord Record);
+  bool LoadRecord();
+  bool LoadText();
+  TSnapshot WithoutImport(TSnapshot Present) const;
+  bool BeginRecord(const TScope &Scope);
+  bool IsRecordWhole();
+  std::optional<TKeyPlace> NewlyUnreadable(const TSnapshot &Present) const;
+  void LeaveUnfinished(std::u16string_view Why);
+  std::u16string EndRecord(const TSnapshot &Wanted);
+  void StartEditor();
+  bool Fail(std::u16string_view Why); // always false
+  void Note(std::u16string Sentence) { Report_.Notes.push_back(std::move(Sentence)); }
+
+  TPlatform &Platform_;
+  TUndoStore &Undo_;
+  const TBackupEntry Backup_;
+  TRestoreReport Report_;
+  std::optional<TUndoRecord> Record_; // the backup's
+  TScope Text_;                       // what the backup's text names
+  TUndoRecord Own_;                   // of this restore
+  TUndoFile OwnFile_;
+  std::unique_ptr<TProcess> Editor_;
+};
+
+} // namespace hivesweep

@@ -1,0 +1,277 @@
+// The fix itself: what it removes and in which order, what it tells, and when it does
+// not begin.
+#include <gtest/gtest.h>
+
+#include "platform/DiskFile.h"
+#include "tests/repair/CutSeam.h"
+#include "tests/repair/TestRepair.h"
+
+namespace hivesweep {
+namespace {
+
+// A clock that a test sets, and that counts the pauses.
+class TTestClock final : public TClock {
+public:
+  TLocalTime Now() override { return Time; }
+  std::u16string DateSeparator() override { return Separator; }
+  void Pause(std::uint32_t Milliseconds) override { Pauses.push_back(Milliseconds); }
+
+  TLocalTime Time = {2009, 7, 15, 14, 30, 5};
+  std::u16string Separator = u".";
+  std::vector<std::uint32_t> Pauses;
+};
+
+// A registry in memory, a data folder and a clock.
+class FixTest : public testing::Test {
+protected:
+  explicit FixTest(std::u16string_view Registry =
+                       u"[HKEY_CURRENT_USER\\A]\n\"v\"=\"1\"\n\"w\"=\"2\"\n\"N/A\"=\"n\"\n"
+                       u"[HKEY_CURRENT_USER\\A\\Sub]\n[HKEY_CURRENT_USER\\B]\n\"v\"=\"b\"\n"
+                       u"[HKEY_LOCAL_MACHINE\\L]\n\"v\"=\"l\"\n")
+      : Platform_(MakeMemoryPlatform(MemoryRegistry(Registry), {})) {
+    auto Clock = std::make_unique<TTestClock>();
+    Clock_ = Clock.get();
+    Platform_.Clock = std::move(Clock);
+    Fix_ = std::make_unique<TTestFix>(Platform_, Data());
+  }
+
+  std::u16string Data() const { return Folder_.File(u"data"); }
+  std::u16string Backup(std::u16string_view Name) const {
+    return Fix_->Clean.Paths.BackupFolderPath + std::u16string(Name);
+  }
+  static std::string Content(const std::u16string &Path) {
+    std::string Bytes;
+    EXPECT_EQ(ReadWholeFile(Path, Bytes), u"");
+    return Bytes;
+  }
+  bool Has(std::u16string_view Key, std::u16string_view Value) {
+    const TRegOpened Opened = Platform_.Registry->Open(TRegRoot::CurrentUser, Key);
+    TRegValue Unused;
+    return Opened.Key && Opened.Key->Read(Value, Unused) == TRegStatus::Ok;
+  }
+  bool HasKey(std::u16string_view Key) {
+    return Platform_.Registry->Open(TRegRoot::CurrentUser, Key).Status == TRegStatus::Ok;
+  }
+  static std::vector<TRemoval> Reasons(const TFixReport &Report) {
+    std::vector<TRemoval> Out;
+    for (const TNotRemoved &Item : Report.NotRemoved)
+      Out.push_back(Item.Why);
+    return Out;
+  }
+
+  TScratchFolder Folder_;
+  TPlatform Platform_;
+  TTestClock *Clock_ = nullptr;
+  std::unique_ptr<TTestFix> Fix_;
+};
+
+TEST_F(FixTest, RemovesWhatIsCheckedAndOnlyThat) {
+  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"v");
+  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"w").Checked = false;
+  Fix_->Add(u"HKEY_CURRENT_USER\\B", u" N/A\t");
+  const TFixReport Report = Fix_->Run();
+  EXPECT_EQ(Report.Removed, 2);
+  EXPECT_TRUE(Report.NotRemoved.empty());
+  EXPECT_FALSE(Has(u"A", u"v"));
+  EXPECT_TRUE(Has(u"A", u"w"));
+  EXPECT_TRUE(Has(u"A", u"N/A")) << "a value can have that name too";
+  EXPECT_FALSE(HasKey(u"B"));
+  EXPECT_EQ(Fix_->Problems.TotalCount(), 1) << "what was not chosen stays in the list";
+}
+
+TEST_F(FixTest, GoesBackwardsAndPacesTheBar) {
+  for (const std::u16string_view Name : {u"v", u"w", u"gone"})
+    Fix_->Add(u"HKEY_CURRENT_USER\\A", Name);
+  Fix_->Problems.GetGroup(0)->Get(1)->Checked = false;
+  Fix_->Clean.FixPause = 10;
+  const TFixReport Report = Fix_->Run();
+  ASSERT_EQ(Report.NotRemoved.size(), 1u);
+  EXPECT_EQ(Report.NotRemoved[0].ValueName, u"gone");
+  EXPECT_EQ(Report.NotRemoved[0].Why, TRemoval::GoneAlready);
+  EXPECT_EQ(Clock_->Pauses, std::vector<std::uint32_t>(3, 10)) << "unchecked ones too";
+  using TState = std::pair<std::int32_t, std::int32_t>;
+  const std::vector<TState> Wanted = {{0, 100}, {0, 100}, {0, 3},   {0, 3},
+                                      {1, 3},   {3, 3},   {3, 100}, {100, 100}};
+  EXPECT_EQ(Fix_->Bar.States, Wanted) << "0*3/2, 1*3/2, 2*3/2";
+  EXPECT_EQ(Fix_->Label.Texts, (std::vector<std::u16string>{u"", u"Fixing..."}));
+}
+
+TEST_F(FixTest, ASingleProblemLeavesTheBarAloneUntilTheEnd) {
+  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"v");
+  Fix_->Run();
+  EXPECT_EQ(Fix_->Bar.States.size(), 5u) << "position, minimum, maximum; then both ends";
+  EXPECT_EQ(Fix_->Bar.Position(), 100);
+}
+
+TEST_F(FixTest, AStepHitsTheKeyThatIsOpen) {
+  // Removed from the last to the first: B\v, then v of a missing key, and so on.
+  Fix_->Add(u"HKEY_LOCAL_MACHINE\\Missing", u"v");
+  Fix_->Add(u"HKEY_CURRENT_USER\\Missing", u"w");
+  Fix_->Add(u"no root", u"N/A");
+  Fix_->Add(u"HKEY_NONE\\A", u"v");
+  Fix_->Add(u"HKEY_CURRENT_USER\\B", u"nothing");
+  const TFixReport Report = Fix_->Run();
+  EXPECT_FALSE(Has(u"A", u"v")) << "an unknown root leaves the one before in force";
+  EXPECT_FALSE(Has(u"A", u"w")) << "a key that can't be opened leaves the one before open";
+  EXPECT_TRUE(Has(u"B", u"v"));
+  const TRegOpened Machine = Platform_.Registry->Open(TRegRoot::LocalMachine, u"L");
+  TRegValue Value;
+  EXPECT_EQ(Machine.Key->Read(u"v", Value), TRegStatus::Ok)
+      << "another root closes the key: nothing is hit there";
+  EXPECT_EQ(Report.Removed, 1);
+  // And what was hit by the way comes back with the rest.
+  ASSERT_TRUE(Fix_->Clean.RestoreBackup(Report.BackupName));
+  Fix_->Clean.FinishRestore();
+  EXPECT_TRUE(Has(u"A", u"v"));
+  EXPECT_TRUE(Has(u"A", u"w"));
+}
+
+TEST_F(FixTest, ADeletedFileIsNoRegistryMatter) {
+  CreateFolderPath(*Platform_.Files, u"C:\\Users\\me");
+  TFileContent Content;
+  Content.Bytes = "link";
+  ASSERT_EQ(Platform_.Files->WriteContent(u"C:\\Users\\me\\a.lnk", Content), TFileStatus::Ok);
+  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"N/A", u"C:\\Users\\me\\a.lnk", TLabel::ShortcutFile);
+  Fix_->Add(u"C:\\Users\\me\\b.lnk", u"N/A", u"C:\\Users\\me\\b.lnk", TLabel::ShortcutFile);
+  const TFixReport Report = Fix_->Run();
+  EXPECT_EQ(Platform_.Files->Look(u"C:\\Users\\me\\a.lnk"), TPathState::Missing);
+  EXPECT_TRUE(HasKey(u"A"));
+  EXPECT_EQ(Reasons(Report), std::vector{TRemoval::GoneAlready});
+  EXPECT_FALSE(CheckFolder(Backup(Report.BackupName)).empty()) << "there was no text to keep";
+  EXPECT_EQ(Fix_->Clean.EnumerateBackups().size(), 1u) << "and it can be restored all the same";
+}
+
+TEST_F(FixTest, LastFixIsWrittenWithSlashesWhateverTheLocale) {
+  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"v");
+  const std::u16string Ini = Fix_->Clean.Paths.MainIniPath;
+  EXPECT_EQ(Platform_.Storage->CreateFolder(Data()), u"");
+  ASSERT_EQ(WriteWholeFile(Ini, "[RegistryOpt]\r\n"), u"");
+  SetReadOnly(Ini, true);
+  EXPECT_TRUE(Fix_->Run().LastFixWritten) << "a read-only file is made writable";
+  EXPECT_EQ(Platform_.Profiles->ReadString(Ini, u"RegistryOpt", u"LastFix", u""),
+            u"07/15/2009 14:30:05");
+  Fix_->Clean.RecordStatistics(12, false);
+  Fix_->Clean.RecordStatistics(99, true);
+  Fix_->Clean.RecordStatistics(30, false);
+  TTestLabel Scan, Clean, Total;
+  Fix_->Clean.LoadSummary(Scan, Clean, Total, u"None");
+  EXPECT_EQ(Scan.Texts.back(), u"07.15.2009");
+  EXPECT_EQ(Clean.Texts.back(), u"07.15.2009");
+  EXPECT_EQ(Total.Texts.back(), u"42");
+}
+
+TEST_F(FixTest, TheBackupHoldsAllLinesOfTheScan) {
+  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"v").Checked = false;
+  Fix_->Engine.BackupText = {u"[HKEY_CURRENT_USER\\A]", u"\"v\"=\"\u20AC\u4E00\""};
+  const TFixReport Report = Fix_->Run();
+  EXPECT_EQ(Report.BackupName, u"backup20090715143005.reg");
+  EXPECT_EQ(Content(Backup(Report.BackupName)),
+            "Windows Registry Editor Version 5.00\r\n\r\n[HKEY_CURRENT_USER\\A]\r\n\"v\"=\"" +
+                ToAnsi(u"\u20AC\u4E00") + "\"\r\n");
+  EXPECT_TRUE(Has(u"A", u"v"));
+
+  // A second fix in the same second takes the place of the text, not of the record.
+  Fix_->Engine.BackupText = {u"[HKEY_CURRENT_USER\\B]"};
+  Fix_->Problems.CheckAll(false);
+  const TFixReport Second = Fix_->Run();
+  EXPECT_EQ(Content(Backup(Report.BackupName)),
+            "Windows Registry Editor Version 5.00\r\n\r\n[HKEY_CURRENT_USER\\B]\r\n");
+  EXPECT_NE(Second.BackupName, Report.BackupName);
+  EXPECT_EQ(Fix_->Clean.EnumerateBackups().size(), 2u);
+}
+
+TEST_F(FixTest, WithoutARecordNothingIsTouched) {
+  // What stands in the way of the two folders, and what the message must name.
+  static const struct {
+    const char *Why;
+    std::u16string_view Blocked;
+  } Cases[] = {{"no backup folder can be made", u"backup"}, {"no undo folder", u"undo"}};
+  for (const auto &C : Cases) {
+    const TScratchFolder Folder;
+    ASSERT_EQ(WriteWholeFile(Folder.File(C.Blocked), "in the way"), u"");
+    TTestFix Fix(Platform_, Folder.Path());
+    Fix.Add(u"HKEY_CURRENT_USER\\A", u"v");
+    Fix.Engine.BackupText = {u"[HKEY_CURRENT_USER\\A]"};
+    const TFixReport Report = Fix.Run();
+    EXPECT_NE(Report.Failure.find(Folder.File(C.Blocked)), std::u16string::npos)
+        << C.Why << ": " << ToUtf8(Report.Failure);
+    EXPECT_EQ(Fix.Label.Texts, std::vector{Report.Failure}) << C.Why;
+    EXPECT_TRUE(Has(u"A", u"v")) << C.Why;
+    EXPECT_EQ(Fix.Problems.TotalCount(), 1) << C.Why;
+    EXPECT_FALSE(CheckFolder(Fix.Clean.Paths.MainIniPath).empty()) << C.Why;
+  }
+}
+
+TEST_F(FixTest, WhatIsNotInTheRecordStays) {
+  // The registry changes between the record and the removal.
+  Fix_->Add(u"HKEY_CURRENT_USER\\B", u"N/A");
+  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"v");
+  Fix_->Clean.FixPause = 1;
+  class TMeddlingClock final : public TClock {
+  public:
+    explicit TMeddlingClock(TRegistryHost &Registry) : Registry_(Registry) {}
+    TLocalTime Now() override { return {2026, 1, 1, 0, 0, 0}; }
+    std::u16string DateSeparator() override { return u"/"; }
+    void Pause(std::uint32_t) override {
+      const auto Set = [&](std::u16string_view Key, std::u16string_view Name) {
+        Registry_.Open(TRegRoot::CurrentUser, Key, TRegAccess::Full)
+            .Key->SetValue(Name, TRegType::String, BytesOf(u"newer"));
+      };
+      Set(u"A", u"v");
+      Set(u"B", u"another");
+    }
+
+  private:
+    TRegistryHost &Registry_;
+  };
+  Platform_.Clock = std::make_unique<TMeddlingClock>(*Platform_.Registry);
+  const TFixReport Report = Fix_->Run();
+  EXPECT_EQ(Reasons(Report), (std::vector{TRemoval::NotRecorded, TRemoval::NotRecorded}));
+  EXPECT_TRUE(Has(u"A", u"v"));
+  EXPECT_TRUE(Has(u"B", u"another"));
+}
+
+TEST_F(FixTest, WhatCanNotBeReadIsLeftAlone) {
+  auto Registry = MemoryRegistry(u"[HKEY_CURRENT_USER\\T\\Open]\n\"v\"=\"1\"\n"
+                                 u"[HKEY_CURRENT_USER\\T\\Closed]\n\"v\"=\"1\"\n");
+  ASSERT_TRUE(Registry->Deny(u"HKEY_CURRENT_USER\\T\\Closed"));
+  Platform_.Registry = std::move(Registry);
+  TTestFix Fix(Platform_, Data());
+  Fix.Add(u"HKEY_CURRENT_USER\\T", u"N/A");
+  Fix.Add(u"HKEY_CURRENT_USER\\T\\Closed", u"v");
+  EXPECT_EQ(Reasons(Fix.Run()), (std::vector{TRemoval::Denied, TRemoval::NotRecorded}));
+  EXPECT_TRUE(Has(u"T\\Open", u"v")) << "half a key would be gone otherwise";
+}
+
+TEST_F(FixTest, AKeyOfTheClassesRootTakesTheUsersFirst) {
+  Platform_.Registry =
+      MemoryRegistry(u"[HKEY_CURRENT_USER\\Software\\Classes\\x]\n\"v\"=\"user\"\n"
+                     u"[HKEY_LOCAL_MACHINE\\Software\\Classes\\x\\Sub]\n\"v\"=\"machine\"\n");
+  TTestFix Fix(Platform_, Data());
+  Fix.Add(u"HKEY_CLASSES_ROOT\\x", u"N/A");
+  const TFixReport Report = Fix.Run();
+  EXPECT_EQ(Report.Removed, 1);
+  EXPECT_FALSE(HasKey(u"Software\\Classes\\x"));
+  EXPECT_EQ(Platform_.Registry->Open(TRegRoot::LocalMachine, u"Software\\Classes\\x\\Sub").Status,
+            TRegStatus::Ok);
+  ASSERT_TRUE(Fix.Clean.RestoreBackup(Report.BackupName));
+  Fix.Clean.FinishRestore();
+  EXPECT_TRUE(Has(u"Software\\Classes\\x", u"v")) << "and comes back where it was";
+}
+
+TEST_F(FixTest, CanBeLeftBeforeTheNextProblem) {
+  for (const std::u16string_view Name : {u"v", u"w"})
+    Fix_->Add(u"HKEY_CURRENT_USER\\A", Name);
+  auto Messages = std::make_unique<TTestMessages>();
+  Messages->OnPump = [this] {
+    if (!Has(u"A", u"w"))
+      Fix_->Clean.StopFix();
+  };
+  Platform_.Messages = std::move(Messages);
+  EXPECT_EQ(Fix_->Run().Removed, 1);
+  EXPECT_TRUE(Has(u"A", u"v"));
+  EXPECT_EQ(Fix_->Problems.TotalCount(), 1);
+}
+
+} // namespace
+} // namespace hivesweep
