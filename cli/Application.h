@@ -1,6 +1,7 @@
 // The command line as a function.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -17,11 +18,11 @@ struct TCliHost {
   TCliConsole &Console;
   std::string Version;
   std::span<const TScannerRow> Scanners;
-  std::optional<TPlatform> (*MakeLive)(); // nothing where there is no registry
+  std::function<std::optional<TPlatform>()> MakeLive; // nothing where there is no registry
 };
 
 // Runs one command line, given in UTF-8 and without the program's name. Answers the
-// exit code: 0 done, 2 wrong use, 3 nothing could be read or written, 130 interrupted.
+// exit code, one of TExitCode.
 // Failures become messages; no exception leaves it.
 int RunCli(TCliHost &Host, const std::vector<std::string> &Arguments);
 

@@ -9,7 +9,7 @@ namespace hivesweep {
 TExitCode RunAreas(TCliHost &Host, const TOptions &Options) {
   const TSession Session = OpenSession(Host, Options, false);
   const TAreaSwitches Switches =
-      ReadAreaSwitches(*Session.Platform.Profiles, Session.Settings.MainIni);
+      ReadAreaSwitches(*Session.Platform.Profiles, Session.Paths.MainIniPath);
   std::vector<TAreaRow> Rows;
   Rows.reserve(Areas.size());
   for (const TArea &Area : Areas)

@@ -10,6 +10,10 @@ bool TSystemConsole::IsTerminal(TConsoleStream Stream) { return hivesweep::IsTer
 
 int TSystemConsole::Width(TConsoleStream Stream) { return TerminalWidth(Stream); }
 
+bool TSystemConsole::InputIsTerminal() { return hivesweep::InputIsTerminal(); }
+
+std::optional<std::string> TSystemConsole::ReadLine() { return ConsoleReadLine(); }
+
 void TSystemConsole::CatchInterrupt() { hivesweep::CatchInterrupt(); }
 
 bool TSystemConsole::WasInterrupted() { return hivesweep::WasInterrupted(); }

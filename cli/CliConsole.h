@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "platform/Console.h"
@@ -20,6 +22,8 @@ public:
   virtual bool Write(TConsoleStream Stream, std::string_view Utf8) = 0;
   virtual bool IsTerminal(TConsoleStream Stream) = 0;
   virtual int Width(TConsoleStream Stream) = 0;
+  virtual bool InputIsTerminal() = 0;
+  virtual std::optional<std::string> ReadLine() = 0;
   virtual void CatchInterrupt() = 0;
   virtual bool WasInterrupted() = 0;
   virtual std::uint64_t Ticks() = 0;
@@ -31,6 +35,8 @@ public:
   bool Write(TConsoleStream Stream, std::string_view Utf8) override;
   bool IsTerminal(TConsoleStream Stream) override;
   int Width(TConsoleStream Stream) override;
+  bool InputIsTerminal() override;
+  std::optional<std::string> ReadLine() override;
   void CatchInterrupt() override;
   bool WasInterrupted() override;
   std::uint64_t Ticks() override;

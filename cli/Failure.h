@@ -8,8 +8,9 @@ namespace hivesweep {
 
 enum class TExitCode : int {
   Done = 0,
+  No = 1, // the answer to a question that the command was
   WrongUse = 2,
-  Failed = 3, // nothing could be read or written
+  Failed = 3, // something could not be read, written or removed
   Interrupted = 130,
 };
 

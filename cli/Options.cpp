@@ -1,14 +1,12 @@
 #include "cli/Options.h"
 
 #include <algorithm>
-#include <array>
 #include <string_view>
 #include <utility>
 
 #include <CLI/CLI.hpp>
 
-#include "engine/Areas.h"
-#include "platform/Text.h"
+#include "cli/OptionTable.h"
 
 namespace hivesweep {
 
@@ -16,27 +14,10 @@ namespace {
 
 constexpr const char *ProgramName = "hivesweep-cli";
 
-std::string Quoted(const std::string &Word) { return "\"" + Word + "\""; }
-
-std::string Joined(const std::vector<std::string> &Words) {
-  std::string Out;
-  for (const std::string &Word : Words)
-    Out.append(Out.empty() ? "" : ", ").append(Word);
-  return Out;
-}
-
-// ---- what the options mean ----------------------------------------------------
-
-constexpr std::pair<const char *, TFormat> Formats[] = {
-    {"text", TFormat::Text}, {"json", TFormat::Json}, {"csv", TFormat::Csv}};
-
-std::string AreaNames() {
-  std::vector<std::string> Names;
-  Names.reserve(Areas.size());
-  for (const TArea &Area : Areas)
-    Names.push_back(ToUtf8(Area.Switch));
-  return Joined(Names);
-}
+constexpr const char *ExitCodes =
+    "Exit codes: 0 done, 1 no (ignore check), 2 wrong use, 3 something "
+    "could not\nbe read, written or removed, 130 stopped by "
+    "Ctrl+C (what was found is printed).";
 
 // Lines of a terminal's usual width, broken at blanks.
 std::string Wrapped(std::string Text) {
@@ -48,128 +29,15 @@ std::string Wrapped(std::string Text) {
   return Text;
 }
 
-void SwitchOn(std::u16string &Flags, std::u16string_view Name) {
-  const std::string Word = Quoted(ToUtf8(Name));
-  const auto Area = std::find_if(Areas.begin(), Areas.end(), [&](const TArea &Candidate) {
-    return EqualNoCase(Candidate.Switch, Name);
-  });
-  if (Area == Areas.end()) {
-    if (EqualNoCase(Name, u"all"))
-      throw TWrongUse("--areas: " + Word + " stands alone, without other areas");
-    throw TWrongUse("--areas: " + Word + " is no area; the areas are " + AreaNames() +
-                    ", or \"all\"");
-  }
-  char16_t &Flag = Flags[AreaIndex(Area->Number)];
-  if (Flag == u'1')
-    throw TWrongUse("--areas: " + Word + " is named twice");
-  Flag = u'1';
-}
-
-void TakeAreas(TOptions &Options, const std::string &Word) {
-  const std::u16string List = FromUtf8(Word);
-  if (EqualNoCase(Trim(List), u"all")) {
-    Options.AreaFlags = std::u16string(AreaCount, u'1');
-    return;
-  }
-  std::u16string Flags(AreaCount, u'0');
-  for (std::size_t Start = 0; Start <= List.size();) {
-    const std::size_t End = std::min(List.find(u',', Start), List.size());
-    SwitchOn(Flags, Trim(std::u16string_view(List).substr(Start, End - Start)));
-    Start = End + 1;
-  }
-  Options.AreaFlags = Flags;
-}
-
-void TakeAreaFlags(TOptions &Options, const std::string &Word) {
-  std::u16string Flags = FromUtf8(Word);
-  if (Flags.size() > AreaCount)
-    throw TWrongUse("--area-flags: " + Quoted(Word) + " is longer than " +
-                    std::to_string(AreaCount) + " characters, one for each area");
-  Options.AreaFlags = std::move(Flags);
-}
-
-void TakeFormat(TOptions &Options, const std::string &Word) {
-  std::vector<std::string> Names;
-  for (const auto &[Name, Format] : Formats) {
-    if (Word == Name) {
-      Options.Format = Format;
-      return;
-    }
-    Names.emplace_back(Name);
-  }
-  throw TWrongUse("--format: " + Quoted(Word) + " is none of " + Joined(Names));
-}
-
-void TakeRegistry(TOptions &Options, const std::string &Word) {
-  Options.RegistryFiles.push_back(Word);
-}
-void TakeMachine(TOptions &Options, const std::string &Word) { Options.MachineFile = Word; }
-void TakeDataFolder(TOptions &Options, const std::string &Word) { Options.DataFolder = Word; }
-void TakeOutput(TOptions &Options, const std::string &Word) { Options.OutputFile = Word; }
-void TakeShowProtected(TOptions &Options, const std::string &) { Options.ShowProtected = true; }
-void TakeNoProgress(TOptions &Options, const std::string &) { Options.NoProgress = true; }
-
-enum class TValue { None, Text, Name }; // Name: of a file or folder, never empty
-
-struct TOptionRow {
-  TOptionGroups Group = 0;
-  const char *Name = nullptr;
-  TValue Value = TValue::None;
-  const char *Placeholder = nullptr;
-  const char *Description = nullptr;
-  void (*Take)(TOptions &Options, const std::string &Word) = nullptr;
-  bool Repeatable = false;
-};
-
-constexpr TOptionRow Rows[] = {
-    {TakesAreas, "--areas", TValue::Text, "LIST",
-     "switch names with commas between them, or \"all\";\n"
-     "default: the switches of Main.ini, or all but the\n"
-     "deep scan",
-     TakeAreas},
-    {TakesAreas, "--area-flags", TValue::Text, "TEXT",
-     "a \"1\" or \"0\" for each area, up to 17; empty: the\n"
-     "engine reads Main.ini",
-     TakeAreaFlags},
-    {TakesOutput, "--format", TValue::Text, "F", "text (default), json or csv", TakeFormat},
-    {TakesOutput, "--output", TValue::Name, "FILE", "writes there instead of standard output",
-     TakeOutput},
-    {TakesScan, "--show-protected", TValue::None, "",
-     "also lists what was held back, and by which rule;\n"
-     "in csv as rows \"protected\" with a column more, rule",
-     TakeShowProtected},
-    {TakesScan, "--no-progress", TValue::None, "",
-     "no progress bar (there is none when standard error\n"
-     "is no terminal)",
-     TakeNoProgress},
-    {TakesSource, "--registry", TValue::Name, "FILE",
-     "the text that a registry editor exports, instead of\n"
-     "the live registry; may be given several times",
-     TakeRegistry, true},
-    {TakesSource, "--machine", TValue::Name, "FILE",
-     "the machine that belongs to it: drives, folders and\n"
-     "which files exist",
-     TakeMachine},
-    {TakesSource, "--data-folder", TValue::Name, "DIR",
-     "where Main.ini and Ignore.ini lie; default: the\n"
-     "program's own data folder",
-     TakeDataFolder},
-};
-
-constexpr const char *ExitCodes = "Exit codes: 0 done, 2 wrong use, 3 nothing could be read or "
-                                  "written,\n130 stopped by Ctrl+C (what was found is printed).";
-
 // ---- the words ------------------------------------------------------------------
 
 void CheckTogether(const CLI::App &Command) {
-  const auto Given = [&](const char *Name) {
-    const CLI::Option *Option = Command.get_option_no_throw(Name);
-    return Option && Option->count() > 0;
-  };
-  if (Given("--areas") && Given("--area-flags"))
-    throw TWrongUse("--area-flags: --areas is given too; only one of them is expected");
-  if (Given("--machine") && !Given("--registry"))
-    throw TWrongUse("--machine: a --registry that the machine belongs to is expected too");
+  for (const TOptionRule &Rule : OptionRules()) {
+    const CLI::Option *const Given = Command.get_option_no_throw(Rule.Given);
+    const CLI::Option *const Other = Command.get_option_no_throw(Rule.Other);
+    if (Given && Other && Given->count() > 0 && (Other->count() > 0) != Rule.NeedsOther)
+      throw TWrongUse(std::string(Rule.Given) + ": " + Rule.Message);
+  }
 }
 
 void TakeOption(TOptions &Options, const TOptionRow &Row, const CLI::Option &Option) {
@@ -189,7 +57,7 @@ void TakeOption(TOptions &Options, const TOptionRow &Row, const CLI::Option &Opt
 
 // The option table's rows, as the library knows them.
 void AddOptions(CLI::App &App, TOptionGroups Takes) {
-  for (const TOptionRow &Row : Rows) {
+  for (const TOptionRow &Row : OptionTable()) {
     if ((Row.Group & Takes) == 0)
       continue;
     // All words are kept, so that it is this file that judges how many may be there.
@@ -203,9 +71,19 @@ void AddOptions(CLI::App &App, TOptionGroups Takes) {
   }
 }
 
+// The library may not ask for more of a word than for one text, or it would take brackets
+// and commas in it for a list.
+void AddWords(CLI::App &App, const TCommand &Command) {
+  for (const TWord &Word : Command.Words)
+    App.add_option(Word.Name)
+        ->description(Word.Description)
+        ->type_name("")
+        ->required(!Word.Optional);
+}
+
 std::string OptionNames(TOptionGroups Takes) {
   std::vector<std::string> Names;
-  for (const TOptionRow &Row : Rows)
+  for (const TOptionRow &Row : OptionTable())
     if ((Row.Group & Takes) != 0)
       Names.emplace_back(Row.Name);
   return Joined(Names);
@@ -251,6 +129,7 @@ public:
     for (const TCommand &Command : Commands_) {
       CLI::App &Added = *App_.add_subcommand(Command.Name, Command.Summary);
       Added.group("Commands");
+      AddWords(Added, Command);
       AddOptions(Added, Command.Takes);
       Added.footer((Command.Takes & TakesAreas) != 0
                        ? "Areas: " + Wrapped(AreaNames()) + "\n" + ExitCodes
@@ -267,6 +146,8 @@ public:
       return {nullptr, {}, std::string(Call.what()) + "\n", true};
     } catch (const CLI::ExtrasError &) {
       RefuseWord();
+    } catch (const CLI::RequiredError &) {
+      RefuseMissingWord();
     } catch (const CLI::ParseError &Error) {
       RefuseMissingValue(Arguments.back());
       throw TWrongUse(Error.what());
@@ -278,7 +159,10 @@ public:
       CheckTogether(Parsed);
       TInvocation Out;
       Out.Command = &Command;
-      for (const TOptionRow &Row : Rows)
+      for (const TWord &Word : Command.Words)
+        if (Parsed.get_option(Word.Name)->count() > 0)
+          Out.Options.Words.push_back(Parsed.get_option(Word.Name)->results().front());
+      for (const TOptionRow &Row : OptionTable())
         if ((Row.Group & Command.Takes) != 0)
           TakeOption(Out.Options, Row, *Parsed.get_option(Row.Name));
       return Out;
@@ -296,9 +180,21 @@ private:
                     CommandNames(Commands_));
   }
 
+  // The library does not tell which one is missing.
+  [[noreturn]] void RefuseMissingWord() const {
+    for (const TCommand &Command : Commands_)
+      for (const TWord &Word : Command.Words) {
+        const CLI::App &Parsed = *App_.get_subcommand(Command.Name);
+        if (Parsed.parsed() && !Word.Optional && Parsed.get_option(Word.Name)->count() == 0)
+          throw TWrongUse(std::string(Command.Name) + ": " + Word.Name + " is expected; " +
+                          Command.Name + " --help tells more");
+      }
+    throw TWrongUse("a word is missing");
+  }
+
   // Values run out only behind the last word.
   static void RefuseMissingValue(const std::string &Name) {
-    for (const TOptionRow &Row : Rows)
+    for (const TOptionRow &Row : OptionTable())
       if (Name == Row.Name)
         throw TWrongUse(Name + ": its value (" + Row.Placeholder + ") is expected behind it");
   }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "cli/Failure.h"
+#include "engine/Areas.h"
 
 namespace hivesweep {
 
@@ -28,20 +29,39 @@ struct TOptions {
 
   bool ShowProtected = false;
   bool NoProgress = false;
+
+  std::optional<std::vector<TRisk>> Risks; // none: as the grading leaves them selected
+  std::optional<std::string> PlanFile;
+  bool DryRun = false;
+  bool Yes = false; // without a question
+
+  std::vector<std::string> Words; // those of the command, in UTF-8
 };
 
 // Groups of options; a command takes whole groups.
 using TOptionGroups = std::uint32_t;
-inline constexpr TOptionGroups TakesSource = 1; // which registry, whose settings
-inline constexpr TOptionGroups TakesOutput = 2; // in which form, and where to
-inline constexpr TOptionGroups TakesAreas = 4;
-inline constexpr TOptionGroups TakesScan = 8;
+inline constexpr TOptionGroups TakesSource = 1; // which registry
+inline constexpr TOptionGroups TakesFolder = 2; // whose settings and backups
+inline constexpr TOptionGroups TakesOutput = 4; // in which form, and where to
+inline constexpr TOptionGroups TakesAreas = 8;
+inline constexpr TOptionGroups TakesScan = 16;
+inline constexpr TOptionGroups TakesProgress = 32;
+inline constexpr TOptionGroups TakesFix = 64;
+inline constexpr TOptionGroups TakesAnswer = 128;
+
+// A word that stands for itself, without an option's name before it.
+struct TWord {
+  const char *Name;
+  const char *Description;
+  bool Optional = false;
+};
 
 struct TCommand {
   const char *Name;
   const char *Summary;
   TOptionGroups Takes;
   TExitCode (*Run)(TCliHost &Host, const TOptions &Options);
+  std::span<const TWord> Words = {}; // optional ones stand behind the others
 };
 
 // Either a command with its options, or a text for the user.

@@ -1,8 +1,9 @@
 #include "cli/Progress.h"
 
 #include <algorithm>
-#include <string_view>
+#include <utility>
 
+#include "engine/Areas.h"
 #include "platform/Text.h"
 
 namespace hivesweep {
@@ -23,31 +24,32 @@ std::size_t LongestCaption() {
 
 } // namespace
 
-TScanProgress::TScanProgress(TCliConsole &Console, const TScanRegistry &Engine, bool Visible)
-    : Console_(Console), Engine_(Engine), Visible_(Visible),
+TProgressLine::TProgressLine(TCliConsole &Console, std::function<std::u16string_view()> Caption,
+                             bool Visible)
+    : Console_(Console), Caption_(std::move(Caption)), Visible_(Visible),
       Width_(Visible ? Console.Width(TConsoleStream::Error) : 0) {
   if (Width_ <= 0)
     Width_ = UsualWidth;
 }
 
 // Called once per registry entry.
-void TScanProgress::Changed() {
+void TProgressLine::Changed() {
   if (!Visible_)
     return;
-  const int Area = Engine_.CurrentArea();
+  const std::u16string_view Caption = Caption_();
   const std::uint64_t Now = Console_.Ticks();
-  const bool NewArea = Area != 0 && Area != Area_;
-  if (!NewArea && (Area_ == 0 || Now - DrawnAt_ < MillisecondsBetween))
+  const bool IsNew = !Caption.empty() && Caption != Shown_;
+  if (!IsNew && (Shown_.empty() || Now - DrawnAt_ < MillisecondsBetween))
     return;
-  if (NewArea)
-    Area_ = Area;
+  if (IsNew)
+    Shown_ = Caption;
   DrawnAt_ = Now;
   Draw();
 }
 
 // Plain characters and a carriage return: the consoles of old systems understand
 // nothing else.
-void TScanProgress::Draw() {
+void TProgressLine::Draw() {
   std::string New = Line();
   if (New == Drawn_)
     return;
@@ -57,20 +59,20 @@ void TScanProgress::Draw() {
   Drawn_ = std::move(New);
 }
 
-void TScanProgress::Wipe() {
+void TProgressLine::Wipe() {
   if (!Drawn_.empty())
     Console_.Write(TConsoleStream::Error, "\r" + std::string(Drawn_.size(), ' ') + "\r");
   Drawn_.clear();
 }
 
-std::string TScanProgress::Line() const {
+std::string TProgressLine::Line() const {
   const std::int64_t Whole = std::max<std::int64_t>(std::int64_t{Max()} - Min(), 1);
   const std::int64_t Done = std::clamp<std::int64_t>(std::int64_t{Position()} - Min(), 0, Whole);
 
   const std::string Percent = std::to_string(Done * 100 / Whole) + "%";
   const std::size_t PercentAt = 5 - std::min<std::size_t>(Percent.size(), 5); // " 100%"
 
-  std::string Out = ToUtf8(AreaByNumber(Area_).Caption);
+  std::string Out = ToUtf8(Shown_);
   // The last column stays free: some terminals go on to the next line behind it.
   const int Room =
       Width_ - 1 - static_cast<int>(LongestCaption() + std::string_view(" []").size() + 5);

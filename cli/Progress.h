@@ -1,27 +1,29 @@
-// The progress line of a scan.
+// The progress line of what takes its time.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <string_view>
 
 #include "cli/CliConsole.h"
-#include "engine/ScanRegistry.h"
 #include "engine/ScanView.h"
 
 namespace hivesweep {
 
-// One line on standard error: the caption of the area that runs, a bar and a
-// percentage. It fits the terminal, is drawn at most twenty times a second and once
-// more when an area begins, and is wiped away in the end.
-class TScanProgress final : public TProgressBar, public TStatusLabel {
+// One line on standard error: a caption, a bar and a percentage. It fits the terminal,
+// is drawn at most twenty times a second and once more when the caption changes, and is
+// wiped away in the end.
+class TProgressLine final : public TProgressBar, public TStatusLabel {
 public:
-  // One that is not Visible writes nothing.
-  TScanProgress(TCliConsole &Console, const TScanRegistry &Engine, bool Visible);
-  TScanProgress(const TScanProgress &) = delete;
-  TScanProgress &operator=(const TScanProgress &) = delete;
-  ~TScanProgress() override { Wipe(); }
+  // Caption is asked at every change; the one before stays while it answers nothing. A
+  // line that is not Visible writes nothing.
+  TProgressLine(TCliConsole &Console, std::function<std::u16string_view()> Caption, bool Visible);
+  TProgressLine(const TProgressLine &) = delete;
+  TProgressLine &operator=(const TProgressLine &) = delete;
+  ~TProgressLine() override { Wipe(); }
 
-  // The text is not shown: the area's caption says more.
+  // The text is not shown: the caption says more.
   void SetText(std::u16string_view) override { Changed(); }
 
   void Wipe();
@@ -34,10 +36,10 @@ private:
   std::string Line() const;
 
   TCliConsole &Console_;
-  const TScanRegistry &Engine_;
+  const std::function<std::u16string_view()> Caption_;
   const bool Visible_;
   int Width_;
-  int Area_ = 0; // the last one that ran
+  std::u16string Shown_; // the last caption
   std::uint64_t DrawnAt_ = 0;
   std::string Drawn_;
 };

@@ -12,7 +12,7 @@ std::vector<TReportedProblem> Listed(const TListViewManage &Problems) {
   for (const TArea &Area : Areas) {
     const TGroupItems *const Group = Problems.FindGroup(Area.GroupName);
     for (std::int32_t Index = 0; Group && Index < Group->Count(); ++Index) {
-      const TItemInfo *const Item = Group->Get(Index);
+      TItemInfo *const Item = Group->Get(Index);
       Out.push_back({Area.Number, Item, Ids.Next(Area.Number, *Item)});
     }
   }

@@ -14,7 +14,7 @@ namespace hivesweep {
 
 struct TReportedProblem {
   int Area = 0;
-  const TItemInfo *Item = nullptr;
+  TItemInfo *Item = nullptr;
   std::string Id;
 };
 
@@ -35,6 +35,9 @@ std::u16string_view RiskName(TRisk Risk);
 
 // For people. Fits into Width columns; 0: as wide as it likes.
 std::string TextReport(const TScanReport &Report, int Width);
+
+// The checked ones of the problems, in the same form: what a fix is going to do.
+std::string FixText(const std::vector<TReportedProblem> &Problems, int Width);
 
 // One object, UTF-8, each record on a line of its own. Nothing in it can make a
 // terminal do anything.

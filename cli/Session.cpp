@@ -4,22 +4,15 @@
 #include <utility>
 #include <variant>
 
+#include "cli/Input.h"
 #include "platform/DiskFile.h"
 #include "platform/Text.h"
 #include "platform/memory/Machine.h"
 #include "platform/memory/MemoryRegistry.h"
-#include "repair/AppFrame.h"
 
 namespace hivesweep {
 
 namespace {
-
-std::string ReadFile(const std::string &Name) {
-  std::string Bytes;
-  if (const TDiskError Error = ReadWholeFile(FromUtf8(Name), Bytes); !Error.empty())
-    throw TFailure(TExitCode::Failed, Name + ": could not be read: " + ToUtf8(Error));
-  return Bytes;
-}
 
 [[noreturn]] void RefuseText(const std::string &Name, const TTextError &Error) {
   throw TFailure(TExitCode::Failed,
@@ -29,7 +22,7 @@ std::string ReadFile(const std::string &Name) {
 std::unique_ptr<TMemoryRegistry> LoadRegistry(const std::vector<std::string> &Names) {
   auto Registry = std::make_unique<TMemoryRegistry>();
   for (const std::string &Name : Names)
-    if (const auto Error = Registry->LoadText(ReadFile(Name)))
+    if (const auto Error = Registry->LoadText(ReadInput(Name)))
       RefuseText(Name, *Error);
   return Registry;
 }
@@ -55,7 +48,7 @@ std::u16string DecodeMachine(const std::string &Name, std::string_view Bytes) {
 TMachine LoadMachine(const std::optional<std::string> &Name) {
   if (!Name)
     return {};
-  auto Parsed = ParseMachine(DecodeMachine(*Name, ReadFile(*Name)));
+  auto Parsed = ParseMachine(DecodeMachine(*Name, ReadInput(*Name)));
   if (const auto *const Error = std::get_if<TTextError>(&Parsed))
     RefuseText(*Name, *Error);
   return std::get<TMachine>(std::move(Parsed));
@@ -84,15 +77,25 @@ TSession OpenSession(const TCliHost &Host, const TOptions &Options, bool NeedsRe
   std::optional<TPlatform> Live = Host.MakeLive();
   if (!Live && NeedsRegistry && Options.RegistryFiles.empty())
     throw TWrongUse("this system has no registry of its own; --registry FILE is expected");
-  TDataPaths Paths = DataPaths(Options.DataFolder, Live);
   TSession Session;
-  Session.Settings = {std::move(Paths.MainIniPath), std::move(Paths.IgnoreIniPath)};
+  Session.Paths = DataPaths(Options.DataFolder, Live);
+  Session.IsOwnFolder = !Options.DataFolder;
   if (!Options.RegistryFiles.empty())
     Session.Platform =
         MakeMemoryPlatform(LoadRegistry(Options.RegistryFiles), LoadMachine(Options.MachineFile));
   else
     Session.Platform = Live ? *std::move(Live) : MakeLocalServices();
   return Session;
+}
+
+std::unique_ptr<TRegistryClean> OpenData(TSession &Session, TFolderUse Use) {
+  if (Session.Paths.MainIniPath.empty())
+    throw TWrongUse("this system names no folder for the program's data; --data-folder DIR is "
+                    "expected");
+  // The one that chooses its folder itself also makes it.
+  if (Session.IsOwnFolder && Use == TFolderUse::Writes)
+    return std::make_unique<TRegistryClean>(Session.Platform);
+  return std::make_unique<TRegistryClean>(Session.Platform, Session.Paths);
 }
 
 } // namespace hivesweep

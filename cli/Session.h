@@ -1,22 +1,35 @@
 // What a command works on.
 #pragma once
 
+#include <memory>
+
 #include "cli/Application.h"
 #include "cli/Options.h"
 #include "engine/ScanRegistry.h"
 #include "platform/Platform.h"
+#include "repair/AppFrame.h"
+#include "repair/RegistryClean.h"
 
 namespace hivesweep {
 
 struct TSession {
   TPlatform Platform;
-  TSettingsPaths Settings;
+  TDataPaths Paths;
+  bool IsOwnFolder = false; // the paths are the program's own, not of a folder that was given
+
+  TSettingsPaths Settings() const { return {Paths.MainIniPath, Paths.IgnoreIniPath}; }
 };
 
 // The live system, or the registry and machine of the given files. Without both,
 // that is wrong use when a registry is needed; else a platform that has only its
-// local services. Settings are those of the given folder, of the program's own one,
-// or none. Throws TFailure.
+// local services. The data folder is the given one, the program's own one, or none.
+// Creates nothing. Throws TFailure.
 TSession OpenSession(const TCliHost &Host, const TOptions &Options, bool NeedsRegistry);
+
+// What is kept in the session's data folder, which it borrows. Only a use that Writes
+// creates the program's own folder when that is missing. Without a data folder that is
+// wrong use. Throws TFailure.
+enum class TFolderUse { Reads, Writes };
+std::unique_ptr<TRegistryClean> OpenData(TSession &Session, TFolderUse Use);
 
 } // namespace hivesweep

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <iterator>
+
 #include "cli/ScanReport.h"
 #include "cli/TextTable.h"
 #include "platform/Text.h"
@@ -53,12 +56,12 @@ void PrintByArea(const TRecords &Records, std::u16string_view One, std::u16strin
   }
 }
 
-void PrintProblems(const TScanReport &Report, int Width, std::string &Out) {
+void PrintProblems(const std::vector<TReportedProblem> &Problems, int Width, std::string &Out) {
   const bool OneLine = Width == 0 || Width >= OneLineWidth;
   std::vector<TTextColumn> Columns(OneLine ? 5 : 3);
   Columns[0].Cut = TCut::Never;
   Columns[1].Cut = TCut::End;
-  PrintByArea(Report.Problems, u"problem", u"problems", Columns, Width, Out,
+  PrintByArea(Problems, u"problem", u"problems", Columns, Width, Out,
               [&](TTextTable &Table, const TReportedProblem &Problem) {
                 const TItemInfo &Item = *Problem.Item;
                 const std::u16string Mark = Item.Checked ? u"[x]" : u"[ ]";
@@ -120,10 +123,22 @@ void PrintSummary(const TScanReport &Report, int Width, std::string &Out) {
 
 std::string TextReport(const TScanReport &Report, int Width) {
   std::string Out;
-  PrintProblems(Report, Width, Out);
+  PrintProblems(Report.Problems, Width, Out);
   if (Report.Protected)
     PrintProtected(Report, Width, Out);
   PrintSummary(Report, Width, Out);
+  return Out;
+}
+
+std::string FixText(const std::vector<TReportedProblem> &Problems, int Width) {
+  std::vector<TReportedProblem> Selected;
+  std::ranges::copy_if(Problems, std::back_inserter(Selected),
+                       [](const TReportedProblem &Problem) { return Problem.Item->Checked; });
+  std::string Out;
+  PrintProblems(Selected, Width, Out);
+  AppendLine(Number(static_cast<std::int32_t>(Selected.size())) + u" of " +
+                 Counted(Problems.size(), u"problem", u"problems") + u" to be fixed",
+             Width, Out);
   return Out;
 }
 

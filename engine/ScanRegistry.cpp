@@ -73,7 +73,8 @@ std::int32_t TScanRegistry::RunScan(TWindowHandle Window, std::u16string_view Ar
   UnreadableKeys_.clear();
   // A name of an earlier scan would vouch for a program that is gone by now.
   UninstallNames.clear();
-  MakeBackupFolders();
+  if (MakesFolders)
+    MakeBackupFolders();
   WinDir = Platform_.Folders->Windows();
   Disk_.Forget();
   Filter_ = std::make_unique<TExclusionFilter>(*Platform_.Profiles, Settings_.MainIni, IgnoreFile_,

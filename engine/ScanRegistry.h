@@ -167,6 +167,7 @@ public:
   // Earlier versions kept their backups beside the program, and tools of the suite
   // still expect two folders there. Nothing is written into them.
   void MakeBackupFolders();
+  bool MakesFolders = true; // a scan does; off for one that must not change anything
 
 private:
   std::array<bool, AreaCount> ReadAreaFlags(std::u16string_view AreaFlags);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +24,13 @@ bool IsTerminal(TConsoleStream Stream);
 // The width in characters of the terminal behind the stream. Elsewhere the
 // environment's COLUMNS, else 0: not known.
 int TerminalWidth(TConsoleStream Stream);
+
+// Somebody can be asked: standard input is a terminal.
+bool InputIsTerminal();
+
+// Waits for a line that the user types there; UTF-8, without its end. Nothing at the end
+// of the input, after Ctrl+C, and when it can't be read.
+std::optional<std::string> ConsoleReadLine();
 
 // From now on Ctrl+C only sets a flag (a second one ends the program).
 void CatchInterrupt();

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <ctime>
 
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -20,6 +21,20 @@ int Descriptor(TConsoleStream Stream) {
 }
 
 void OnInterrupt(int) { Interrupted = 1; }
+
+// False when there is none to come.
+bool WaitForInput() {
+  // Ctrl+C ends the wait, but for one that comes right before it begins.
+  constexpr int Slice = 200;
+  pollfd Input = {STDIN_FILENO, POLLIN, 0};
+  int Ready = 0;
+  while (Interrupted == 0 && Ready == 0) {
+    Ready = poll(&Input, 1, Slice);
+    if (Ready < 0 && errno == EINTR)
+      Ready = 0;
+  }
+  return Ready > 0;
+}
 
 } // namespace
 
@@ -47,6 +62,24 @@ int TerminalWidth(TConsoleStream Stream) {
   if (ioctl(Descriptor(Stream), TIOCGWINSZ, &Size) == 0 && Size.ws_col > 0)
     return Size.ws_col;
   return ColumnsOfEnvironment();
+}
+
+bool InputIsTerminal() { return isatty(STDIN_FILENO) != 0; }
+
+// Byte by byte, so that what follows the line is left for the next one.
+std::optional<std::string> ConsoleReadLine() {
+  std::string Line;
+  for (char Byte = 0; WaitForInput();) {
+    const ssize_t Count = read(STDIN_FILENO, &Byte, 1);
+    if (Count < 0 && errno == EINTR)
+      continue;
+    if (Count <= 0)
+      break;
+    if (Byte == '\n')
+      return Line;
+    Line.push_back(Byte);
+  }
+  return std::nullopt;
 }
 
 void CatchInterrupt() {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <iterator>
 
 #include "platform/Columns.h"
 #include "platform/Lock.h"
@@ -82,6 +83,26 @@ int TerminalWidth(TConsoleStream Stream) {
   if (GetConsoleScreenBufferInfo(StreamHandle(Stream), &Screen))
     return Screen.srWindow.Right - Screen.srWindow.Left + 1;
   return ColumnsOfEnvironment();
+}
+
+bool InputIsTerminal() {
+  DWORD Mode = 0;
+  return GetConsoleMode(GetStdHandle(STD_INPUT_HANDLE), &Mode) != 0;
+}
+
+std::optional<std::string> ConsoleReadLine() {
+  std::u16string Line;
+  while (!Line.ends_with(u'\n')) {
+    char16_t Part[256];
+    DWORD Count = 0;
+    // Ctrl+C is a success without any characters, and so is an end of the input.
+    if (!ReadConsoleW(GetStdHandle(STD_INPUT_HANDLE), Part, std::size(Part), &Count, nullptr) ||
+        Count == 0)
+      return std::nullopt;
+    Line.append(Part, Count);
+  }
+  Line.erase(Line.find_first_of(u"\r\n"));
+  return ToUtf8(Line);
 }
 
 void CatchInterrupt() { SetConsoleCtrlHandler(OnControl, TRUE); }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -31,6 +32,11 @@ public:
     return Stream == TConsoleStream::Error && ErrorIsTerminal;
   }
   int Width(TConsoleStream) override { return Columns; }
+  bool InputIsTerminal() override { return HasAnswers; }
+  std::optional<std::string> ReadLine() override {
+    ++Questions;
+    return Answer;
+  }
   void CatchInterrupt() override { Catches = true; }
   bool WasInterrupted() override { return Catches && InterruptAt > 0 && ++Polls >= InterruptAt; }
   std::uint64_t Ticks() override { return ++Now; } // a millisecond from call to call
@@ -40,7 +46,10 @@ public:
   std::vector<std::string> ErrorWrites;
   int Columns = 0;
   bool ErrorIsTerminal = false;
-  bool IsFull = false; // nothing more can be written to the output
+  bool IsFull = false;     // nothing more can be written to the output
+  bool HasAnswers = false; // standard input is a terminal
+  std::optional<std::string> Answer;
+  int Questions = 0;
   int InterruptAt = 0; // the question for it that is answered with yes; 0: none
 
 private:
@@ -88,7 +97,7 @@ public:
   TScratchFolder Scratch;
   TTestConsole Console;
   std::span<const TScannerRow> Scanners = ScannerTable();
-  std::optional<TPlatform> (*MakeLive)() = NoLivePlatform;
+  std::function<std::optional<TPlatform>()> MakeLive = NoLivePlatform;
 };
 
 // Three findings in three areas, and an entry that is held back.

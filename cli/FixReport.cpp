@@ -1,0 +1,68 @@
+#include "cli/FixReport.h"
+
+#include <algorithm>
+
+#include "cli/Output.h"
+#include "platform/Text.h"
+
+namespace hivesweep {
+
+namespace {
+
+struct TReason {
+  TRemoval Why;
+  const char *Sentence; // of one problem
+  const char *Counted;  // of many
+};
+
+constexpr TReason Reasons[] = {
+    {TRemoval::GoneAlready, "was gone already: ", "gone already"},
+    {TRemoval::Denied, "could not remove, access denied: ", "access denied"},
+    {TRemoval::Failed, "could not remove, the system failed: ", "the system failed"},
+    {TRemoval::NotRecorded, "left alone, it could not be recorded or was changed meanwhile: ",
+     "not recorded or changed meanwhile"},
+};
+
+std::string Numbers(const TFixReport &Report) {
+  std::string Out = std::to_string(Report.Removed) +
+                    (Report.Removed == 1 ? " problem fixed\n" : " problems fixed\n");
+  for (const TReason &Reason : Reasons)
+    if (const auto Count = std::ranges::count(Report.NotRemoved, Reason.Why, &TNotRemoved::Why))
+      Out += std::to_string(Count) + " not removed: " + Reason.Counted + "\n";
+  return Out;
+}
+
+} // namespace
+
+std::string NameOfProblem(std::u16string_view KeyPath, std::u16string_view ValueName,
+                          std::u16string_view Data) {
+  if (!KeyPath.starts_with(u'H'))
+    return ToUtf8(Data);
+  const std::string Value = Trim(ValueName) == WholeKey ? ""
+                            : ValueName.empty()         ? "the default value of "
+                                                        : "\"" + ToUtf8(ValueName) + "\" of ";
+  return Value + ToUtf8(KeyPath) + " (" + ToUtf8(Data) + ")";
+}
+
+bool TellFix(TCliConsole &Console, const TFixReport &Report) {
+  bool AllWell = Report.LastFixWritten && Report.BackupFailure.empty();
+  for (const TNotRemoved &Left : Report.NotRemoved) {
+    const TReason &Reason = *std::ranges::find(Reasons, Left.Why, &TReason::Why);
+    Complain(Console, Reason.Sentence + NameOfProblem(Left.KeyPath, Left.ValueName, Left.Data));
+    AllWell &= Left.Why == TRemoval::GoneAlready;
+  }
+  if (!Report.BackupFailure.empty())
+    Complain(Console,
+             "the backup has no text, only its exact record: " + ToUtf8(Report.BackupFailure));
+  if (!Report.LastFixWritten)
+    Complain(Console, "the time of the fix could not be written into the settings");
+  WriteOutput(Console, Numbers(Report));
+  return AllWell;
+}
+
+std::string UndoLine(const TOptions &Options, std::u16string_view BackupName) {
+  return "To undo it: hivesweep-cli restore " + ToUtf8(BackupName) +
+         (Options.DataFolder ? " --data-folder \"" + *Options.DataFolder + "\"" : "") + "\n";
+}
+
+} // namespace hivesweep
