@@ -12,22 +12,30 @@ namespace {
 
 using TWords = std::vector<std::string>;
 
-bool Has(const std::string &Text, std::string_view Part) {
-  return Text.find(Part) != std::string::npos;
-}
-
 TEST(CliOptions, WrongUseIsNamedWithWhatWasExpected) {
   static const struct {
     const char *Why;
     TWords Arguments;
     TWords Named;
   } Cases[] = {
-      {"no such command", {"scann"}, {"\"scann\"", "areas, scan"}},
+      {"no such command", {"scann"}, {"\"scann\"", "areas, scan, fix"}},
       {"an option before the command", {"--format", "json", "scan"}, {"\"--format\""}},
       {"two commands", {"scan", "areas"}, {"\"areas\""}},
       {"no such option", {"scan", "--deep"}, {"\"--deep\"", "--areas"}},
       {"the other command's option", {"areas", "--areas", "Help"}, {"areas:", "\"--areas\""}},
       {"an option as old Windows programs have it", {"scan", "/areas", "Help"}, {"\"/areas\""}},
+      {"no such risk", {"fix", "--risk", "low,none"}, {"--risk", "\"none\"", "low, medium, high"}},
+      {"a risk twice", {"fix", "--risk", "low,LOW"}, {"--risk", "\"LOW\""}},
+      {"risks and a plan", {"fix", "--risk", "low", "--plan", "p"}, {"--risk", "--plan"}},
+      {"a fix of a text", {"fix", "--registry", "r.reg", "--yes"}, {"--registry", "--dry-run"}},
+      {"no name", {"restore", "--yes"}, {"restore: NAME"}},
+      {"two names", {"delete", "a", "b"}, {"delete:", "\"b\""}},
+      {"no action", {"ignore"}, {"ignore: ACTION"}},
+      {"no such action", {"ignore", "lost"}, {"\"lost\"", "list, add, remove, check"}},
+      {"no key", {"ignore", "add"}, {"ignore add: KEY"}},
+      {"a value to remove", {"ignore", "remove", "K", "V"}, {"ignore remove:", "\"V\""}},
+      {"nobody to ask", {"restore", "NAME"}, {"--yes"}},
+      {"nothing to restore into", {"restore", "NAME", "--yes"}, {"no registry"}},
       {"a word too many", {"scan", "file.reg"}, {"\"file.reg\""}},
       {"a value is missing", {"scan", "--registry"}, {"--registry", "FILE"}},
       {"a switch with a value", {"scan", "--no-progress=no"}, {"--no-progress", "\"no\""}},

@@ -35,6 +35,8 @@ public:
   bool InputIsTerminal() override { return HasAnswers; }
   std::optional<std::string> ReadLine() override {
     ++Questions;
+    if (OnQuestion)
+      OnQuestion();
     return Answer;
   }
   void CatchInterrupt() override { Catches = true; }
@@ -49,7 +51,9 @@ public:
   bool IsFull = false;     // nothing more can be written to the output
   bool HasAnswers = false; // standard input is a terminal
   std::optional<std::string> Answer;
+  std::function<void()> OnQuestion; // what happens meanwhile
   int Questions = 0;
+  void InterruptAfter(int More) { InterruptAt = Polls + More; }
   int InterruptAt = 0; // the question for it that is answered with yes; 0: none
 
 private:
@@ -57,6 +61,10 @@ private:
   int Polls = 0;
   std::uint64_t Now = 0;
 };
+
+inline bool Has(const std::string &Text, std::string_view Part) {
+  return Text.find(Part) != std::string::npos;
+}
 
 inline std::optional<TPlatform> NoLivePlatform() { return std::nullopt; }
 
