@@ -101,6 +101,7 @@ TExitCode TFixCommand::Fix() {
   const std::int32_t Before = Run_.Problems.TotalCount();
   TProgressLine Progress(
       Console_, [] { return std::u16string_view(u"Fixing"); }, Run_.ShowsProgress());
+  Progress.SetText(u""); // shows itself while everything is recorded
   const TFixReport Report =
       Clean_->BackupAndFix(Run_.Problems, Run_.Engine, Progress, Progress, u"");
   Progress.Wipe();
@@ -110,7 +111,8 @@ TExitCode TFixCommand::Fix() {
   // As the window counts: whatever has left the list is dealt with.
   Record(Before - Run_.Problems.TotalCount(), false);
   AllWell_ &= TellFix(Console_, Report);
-  if (!Report.BackupName.empty())
+  // Also for what was not removed: of a key, a part may be gone.
+  if (Report.Removed > 0 || !Report.NotRemoved.empty())
     WriteOutput(Console_, UndoLine(Options_, Report.BackupName));
   if (const std::int32_t Left = Run_.Problems.CheckedCount(); Left > 0) {
     Complain(Console_, "stopped; selected and not fixed: " + std::to_string(Left));

@@ -27,6 +27,12 @@ bool Tell(TCliConsole &Console, const TRestoreReport &Report) {
   return Report.Notes.empty() && Report.NotRestored.empty();
 }
 
+const char *Outcome(bool AllWell, bool Changed) {
+  if (Changed)
+    return AllWell ? ": restored\n" : ": restored as far as possible\n";
+  return AllWell ? ": everything was already as it was then\n" : ": nothing was changed\n";
+}
+
 } // namespace
 
 TExitCode RunRestore(TCliHost &Host, const TOptions &Options) {
@@ -46,9 +52,7 @@ TExitCode RunRestore(TCliHost &Host, const TOptions &Options) {
       Session.Platform.Messages->Pump();
   const TRestoreReport &Report = Data->RestoreReport();
   const bool AllWell = Tell(Console, Report);
-  WriteOutput(Console, ToUtf8(Backup.Name) + (Report.UndoName.empty()
-                                                  ? ": everything was already as it was then\n"
-                                                  : ": restored\n"));
+  WriteOutput(Console, ToUtf8(Backup.Name) + Outcome(AllWell, !Report.UndoName.empty()));
   if (!Report.UndoName.empty())
     WriteOutput(Console, UndoLine(Options, Report.UndoName));
   return AllWell ? TExitCode::Done : TExitCode::Failed;

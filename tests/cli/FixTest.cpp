@@ -299,7 +299,8 @@ TEST(CliFix, TellsWhatItCouldNotRemoveAndWhy) {
 
 TEST(CliFix, CtrlCStopsItBetweenTwoProblems) {
   bool SawPart = false;
-  for (int After = 1; After < 6; ++After) {
+  bool SawAll = false;
+  for (int After = 1; After < 100 && !SawAll; ++After) {
     TLiveCli Live;
     Live.Cli.Console.HasAnswers = true;
     Live.Cli.Console.Answer = "y";
@@ -311,8 +312,9 @@ TEST(CliFix, CtrlCStopsItBetweenTwoProblems) {
               Left != "K")
         << Live.Cli.Console.Error;
     SawPart |= Left.size() == 2 || Left.size() == 3;
+    SawAll = Left == "K";
   }
-  EXPECT_TRUE(SawPart);
+  EXPECT_TRUE(SawPart && SawAll);
 
   TLiveCli Live;
   Live.Cli.Console.InterruptAt = 1;
@@ -326,12 +328,12 @@ TEST(CliFix, WithoutABackupNothingIsRemoved) {
   Live.Cli.Write(u"backup", "a file where the folder should be");
   EXPECT_EQ(Live.Run({"fix", "--yes"}), 3);
   EXPECT_EQ(Live.Left(), "FHSK");
-  EXPECT_TRUE(Has(Live.Cli.Console.Error, ToUtf8(Live.Cli.Scratch.File(u"backup"))))
+  EXPECT_TRUE(Has(Live.Cli.Console.Error, ToUtf8(JoinPath(u"", u"backup"))))
       << Live.Cli.Console.Error;
 }
 
 TEST(CliFix, MeetsHostileSettings) {
-  const std::string Large(50'000'000, 'x');
+  const std::string Large(2'000'000, 'x');
   const std::string Binary = std::string("\x00\xFF\x01[Regi\x00", 9) + "\xD8\xFE\r\n=\r\n[";
   for (const char16_t *const Name : {u"Main.ini", u"Ignore.ini"}) {
     for (const std::string &Bytes : {std::string(), Binary, Large}) {

@@ -4,8 +4,8 @@
 # golden_scan.sh --renew PROGRAM: makes that file anew; read what "git diff" shows of it.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
-# shellcheck source=tests/e2e/sample.sh
-. "$here/sample.sh"
+# shellcheck source=tests/e2e/parts.sh
+. "$here/parts.sh"
 golden=$here/golden_scan.json
 renew=no
 if [ "${1:-}" = --renew ]; then

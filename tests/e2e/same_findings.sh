@@ -3,17 +3,11 @@
 # registry, finds what the native one finds in an export of that registry and a
 # description of that machine; and all that the sample alone is known to hold.
 set -euo pipefail
-here=$(cd "$(dirname "$0")" && pwd)
-# shellcheck source=tests/e2e/sample.sh
-. "$here/sample.sh"
-if [ -z "${HSW_PREFIX:-}" ]; then
-  exec "$top/rig/prefix.sh" --sample "$here/$(basename "$0")" "$@"
-fi
+# shellcheck source=tests/e2e/parts.sh
+. "$(dirname "$0")/parts.sh"
+rerun_in_sample "$@"
 live_program=$1 native_program=$2
-[ -x "$native_program" ] || {
-  echo "the native program is not built: $native_program" >&2
-  exit 1
-}
+need_program "$native_program"
 work=$WINEPREFIX/compare
 mkdir "$work"
 
@@ -23,17 +17,7 @@ wine "$live_program" scan "${options[@]}" --format csv | LC_ALL=C sort >"$work/l
 wine "$live_program" scan "${options[@]}" --format json | sed 's/","/"\n"/g; s/},{/}\n{/g' |
   LC_ALL=C sort >"$work/live.json"
 
-# The 32-bit editor exports what 32-bit programs see; the current user's keys are not in
-# an export of everything, where they stand below HKEY_USERS.
-for part in LOCAL_MACHINE CURRENT_USER; do
-  wine 'C:\windows\syswow64\regedit.exe' /E "Z:${work//\//\\}\\$part.reg" HKEY_$part >/dev/null
-done
-{
-  printf '[Machine]\nWinDir=C:\\windows\nWow64=1\n[Drives]\nC=fixed\n[Files]\n'
-  cd "$WINEPREFIX/drive_c"
-  find . -mindepth 1 \( -type d -printf '%P/\n' -o -printf '%P\n' \) | sed 's/^/C:\\/; s/\//\\/g'
-} >"$work/machine.ini"
-text=(--registry "$work/LOCAL_MACHINE.reg" --registry "$work/CURRENT_USER.reg" --machine "$work/machine.ini")
+describe "$work"
 "$native_program" scan "${options[@]}" "${text[@]}" --format csv | LC_ALL=C sort >"$work/text.csv"
 "$native_program" scan "${options[@]}" "${text[@]}" --format json |
   sed 's/","/"\n"/g; s/},{/}\n{/g' | LC_ALL=C sort >"$work/text.json"
