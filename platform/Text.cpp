@@ -137,9 +137,11 @@ bool EqualNoCase(std::u16string_view Left, std::u16string_view Right) {
 }
 
 bool TNameLess::operator()(std::u16string_view Left, std::u16string_view Right) const {
-  return std::lexicographical_compare(
-      Left.begin(), Left.end(), Right.begin(), Right.end(),
-      [](char16_t A, char16_t B) { return UpperCase(A) < UpperCase(B); });
+  // Names that are compared mostly share a long beginning, in the same letters.
+  const auto [A, B] =
+      std::mismatch(Left.begin(), Left.end(), Right.begin(), Right.end(),
+                    [](char16_t L, char16_t R) { return L == R || UpperCase(L) == UpperCase(R); });
+  return B != Right.end() && (A == Left.end() || UpperCase(*A) < UpperCase(*B));
 }
 
 std::u16string_view Trim(std::u16string_view Text) {
