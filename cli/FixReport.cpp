@@ -61,8 +61,12 @@ bool TellFix(TCliConsole &Console, const TFixReport &Report) {
 }
 
 std::string UndoLine(const TOptions &Options, std::u16string_view BackupName) {
-  return "To undo it: hivesweep-cli restore " + ToUtf8(BackupName) +
-         (Options.DataFolder ? " --data-folder \"" + *Options.DataFolder + "\"" : "") + "\n";
+  std::string Out = "To undo it: hivesweep-cli restore " + ToUtf8(BackupName);
+  if (Options.DataFolder) {
+    Out += " --data-folder \"" + *Options.DataFolder;
+    Out += Out.ends_with('\\') ? "\\\"" : "\""; // one backslash would take the quote's meaning
+  }
+  return Out + "\n";
 }
 
 } // namespace hivesweep

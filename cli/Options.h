@@ -51,8 +51,8 @@ inline constexpr TOptionGroups TakesAnswer = 128;
 
 // A word that stands for itself, without an option's name before it.
 struct TWord {
-  const char *Name;
-  const char *Description;
+  const char *Name = nullptr;
+  const char *Description = nullptr;
   bool Optional = false;
 };
 

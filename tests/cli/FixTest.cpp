@@ -93,10 +93,10 @@ TEST(CliFix, TakesWhatTheRisksSay) {
 
 TEST(CliFix, AsksAndTakesOnlyYesForYes) {
   static const struct {
-    const char *Why;
+    const char *Why = nullptr;
     std::optional<std::string> Answer;
-    int Code;
-    const char *Left;
+    int Code = 0;
+    const char *Left = nullptr;
   } Cases[] = {
       {"yes", "y", 0, "K"},           {"in full, with blanks", " YES \r", 0, "K"},
       {"no", "n", 0, "FHSK"},         {"the return key", "", 0, "FHSK"},

@@ -18,15 +18,7 @@ inline std::int32_t FindGoneKey(TScanRegistry &Engine, TStatusLabel &, TProgress
                                 TGroupItems &Group) {
   if (!Engine.OpenKey(TRegRoot::LocalMachine, u"\\Software\\Gone"))
     return 0;
-  TFinding Finding;
-  Finding.Label = TLabel::ActiveX;
-  Finding.Area = 1;
-  Finding.KeyPath = u"HKEY_LOCAL_MACHINE\\Software\\Gone";
-  Finding.ValueName = WholeKey;
-  Finding.Data = u"C:\\gone.dll";
-  Finding.BackupLines = {KeyLine(Finding.KeyPath)};
-  Engine.Report(Group, std::move(Finding));
-  return 1;
+  return ReportWholeKey(Engine, Group, u"HKEY_LOCAL_MACHINE\\Software\\Gone");
 }
 
 class TLiveCli {

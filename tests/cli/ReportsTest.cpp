@@ -5,24 +5,13 @@
 
 #include "cli/FindingId.h"
 #include "cli/TerminalText.h"
-#include "engine/ExportLines.h"
 
 namespace hivesweep {
 
 namespace {
 
-// A finding of an area with high risk, which is a whole key.
 std::int32_t FindKey(TScanRegistry &Engine, TStatusLabel &, TProgressBar &, TGroupItems &Group) {
-  TFinding Finding;
-  Finding.Label = TLabel::ActiveX;
-  Finding.Area = 1;
-  Finding.KeyPath = u"HKEY_CLASSES_ROOT\\CLSID\\{1}";
-  Finding.ValueName = WholeKey;
-  Finding.Data = u"C:\\gone.dll";
-  Finding.ItemKind = Engine.KindKey;
-  Finding.BackupLines = {KeyLine(Finding.KeyPath)};
-  Engine.Report(Group, std::move(Finding));
-  return 1;
+  return ReportWholeKey(Engine, Group, u"HKEY_CLASSES_ROOT\\CLSID\\{1}");
 }
 
 std::string ReportOf(const char *Format, int Columns = 0, bool ShowProtected = true) {

@@ -13,6 +13,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/Application.h"
+#include "engine/ExportLines.h"
 #include "platform/DiskFile.h"
 #include "platform/Text.h"
 #include "scanners/ScannerTable.h"
@@ -64,6 +65,21 @@ private:
 
 inline bool Has(const std::string &Text, std::string_view Part) {
   return Text.find(Part) != std::string::npos;
+}
+
+// What a scanner of an area with high risk does that finds a key.
+inline std::int32_t ReportWholeKey(TScanRegistry &Engine, TGroupItems &Group,
+                                   std::u16string KeyPath) {
+  TFinding Finding;
+  Finding.Label = TLabel::ActiveX;
+  Finding.Area = 1;
+  Finding.BackupLines = {KeyLine(KeyPath)};
+  Finding.KeyPath = std::move(KeyPath);
+  Finding.ValueName = WholeKey;
+  Finding.Data = u"C:\\gone.dll";
+  Finding.ItemKind = Engine.KindKey;
+  Engine.Report(Group, std::move(Finding));
+  return 1;
 }
 
 inline std::optional<TPlatform> NoLivePlatform() { return std::nullopt; }
