@@ -36,7 +36,7 @@ std::string Numbers(const TFixReport &Report) {
 
 std::string NameOfProblem(std::u16string_view KeyPath, std::u16string_view ValueName,
                           std::u16string_view Data) {
-  if (!KeyPath.starts_with(u'H'))
+  if (!KeyPath.starts_with(u"HKEY_"))
     return ToUtf8(Data);
   const std::string Value = Trim(ValueName) == WholeKey ? ""
                             : ValueName.empty()         ? "the default value of "
