@@ -82,7 +82,8 @@ public:
                           TStatusLabel &StatusLabel, TProgressBar &ProgressBar,
                           std::u16string_view StatusText);
 
-  // Leaves a fix before its next problem.
+  // Leaves a fix before its next problem. Nothing is kept of one that is left while it is
+  // being recorded.
   void StopFix() { FixStopped_ = true; }
 
   bool RecordLastFix = true;    // the time of the fix goes into the settings
@@ -138,6 +139,7 @@ private:
   void RemoveCheckedProblems(TFixRun &Run, std::vector<std::u16string> &BackupLines);
   TRemoval Remove(TFixRun &Run, const TItemInfo &Item);
   bool RecordBeforeFix(TFixRun &Run);
+  void Forget(TFixRun &Run);
   void WriteBackup(TFixRun &Run);
   void PruneBackups(const TFixRun &Run);
 

@@ -3,6 +3,7 @@
 
 #include "platform/Text.h"
 #include "repair/BackupText.h"
+#include "repair/FixGuard.h"
 #include "repair/RegistryClean.h"
 
 namespace hivesweep {
@@ -74,6 +75,10 @@ TFixReport TRegistryClean::BackupAndFix(TListViewManage &Problems, TScanRegistry
     StatusLabel.SetText(Run.Report.Failure);
     return Run.Report;
   }
+  if (FixStopped_) { // while it was being recorded
+    Forget(Run);
+    return std::move(Run.Report);
+  }
   std::vector<std::u16string> BackupLines;
   FixSelected(Run, BackupLines, StatusText);
   if (!BackupLines.empty())
@@ -104,6 +109,13 @@ bool TRegistryClean::RecordBeforeFix(TFixRun &Run) {
   Storage.Remove(Folder + std::u16string(PreparedName));
   Run.Report.Failure = u"Nothing was fixed, because no backup could be written. " + Error;
   return false;
+}
+
+void TRegistryClean::Forget(TFixRun &Run) {
+  Platform_.Storage->Remove(Paths.BackupFolderPath + std::u16string(PreparedName));
+  if (const std::optional<TUndoFile> File = Undo_.Of(Run.Report.BackupName))
+    Undo_.Remove(File->Name);
+  Run.Report.BackupName.clear();
 }
 
 void TRegistryClean::FixSelected(TFixRun &Run, std::vector<std::u16string> &BackupLines,

@@ -271,6 +271,11 @@ TEST_F(FixTest, CanBeLeftBeforeTheNextProblem) {
   EXPECT_EQ(Fix_->Run().Removed, 1);
   EXPECT_TRUE(Has(u"A", u"v"));
   EXPECT_EQ(Fix_->Problems.TotalCount(), 1);
+  // And while it is being recorded: then nothing is kept.
+  const std::size_t Backups = Fix_->Clean.EnumerateBackups().size();
+  EXPECT_EQ(Fix_->Run().BackupName, u"");
+  EXPECT_TRUE(Has(u"A", u"v"));
+  EXPECT_EQ(Fix_->Clean.EnumerateBackups().size(), Backups);
 }
 
 } // namespace

@@ -113,6 +113,32 @@ TEST(Settings, SwitchesAreOnButForTheDeepScan) {
   EXPECT_EQ(List.Rows, 17);
 }
 
+TEST(Settings, SwitchesAreWrittenAsTheyHaveAlwaysBeen) {
+  const TScratchFolder Folder;
+  TPlatform Platform = MakeLocalServices();
+  TRegistryClean Clean(Platform, DataPathsIn(Folder.Path()));
+  TTestAreaList List; // every second row is checked
+  ASSERT_TRUE(Clean.SaveAreaSwitches(List));
+  std::string Bytes;
+  ASSERT_EQ(ReadWholeFile(Clean.Paths.MainIniPath, Bytes), u"");
+  ASSERT_TRUE(Bytes.starts_with("\xFF\xFE")) << "a new file can hold every letter";
+  const std::u16string Text = DecodeTextFile(Bytes);
+  EXPECT_NE(Text.find(u"\r\nMUI=1\r\n"), std::u16string::npos) << "read as \"Mui\"";
+  EXPECT_NE(Text.find(u"Active=1\r\nApp=0\r\n"), std::u16string::npos);
+  Clean.LoadAreaSwitches(List);
+  EXPECT_EQ(List.Off, u"1 3 5 7 9 11 13 15 ");
+
+  // A file that is there keeps its encoding, and the rest of what it says.
+  ASSERT_EQ(WriteWholeFile(Clean.Paths.MainIniPath, "; mine\r\n[RegistryOpt]\r\nmui=0\r\n"), u"");
+  SetReadOnly(Clean.Paths.MainIniPath, true);
+  ASSERT_TRUE(Clean.SaveAreaSwitches(List));
+  ASSERT_EQ(ReadWholeFile(Clean.Paths.MainIniPath, Bytes), u"");
+  EXPECT_TRUE(Bytes.starts_with("; mine\r\n[RegistryOpt]\r\n"));
+  const std::u16string Lower = AsciiLower(FromAnsi(Bytes));
+  EXPECT_NE(Lower.find(u"mui=1\r\n"), std::u16string::npos);
+  EXPECT_EQ(Lower.find(u"mui=0"), std::u16string::npos) << "both spellings are one key";
+}
+
 TEST(Settings, TheSummaryOfNothing) {
   TPlatform Platform = DataMachine();
   TTestLabel Scan, Clean, Total;

@@ -91,6 +91,26 @@ TEST_F(Win32Hosts, AFileThatIsHeldOrHiddenIsThere) {
   EXPECT_EQ(Scratch.Count(), 1u) << "another file was left behind";
 }
 
+// Another program holds the settings.
+TEST_F(Win32Hosts, ASettingsFileThatIsHeldIsLeftAsItIs) {
+  const TScratchFolder Folder;
+  const std::u16string Path = Folder.File(u"Ignore.ini");
+  const std::string Content = "[Registry]\r\na=1\r\n";
+  ASSERT_EQ(WriteWholeFile(Path, Content), u"");
+  {
+    const TFileHandle Held(
+        CreateFileW(Wide(Path), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(Held.IsOpen());
+    EXPECT_FALSE(Platform.Profiles->WriteString(Path, u"Registry", u"b", u"2"));
+    EXPECT_EQ(Platform.Profiles->ReadString(Path, u"Registry", u"a", u"unread"), u"unread");
+    EXPECT_NE(Platform.Storage->Write(Path, "other"), u"");
+    EXPECT_NE(Platform.Storage->Remove(Path), u"");
+  }
+  std::string Now;
+  EXPECT_EQ(ReadWholeFile(Path, Now), u"");
+  EXPECT_EQ(Now, Content);
+}
+
 TEST(LongPath, IsWrittenSoThatTheSystemTakesIt) {
   const std::u16string Name(250, u'n');
   const struct {
