@@ -17,6 +17,7 @@ enum class TPathState { Missing, File, Folder, Unknown };
 struct TFolderEntry {
   std::u16string_view Name;
   bool IsFolder = false;
+  bool IsLink = false; // a junction or a link, also to a folder
 };
 
 // What became of a call on a file. Only NotFound says that it is not there.

@@ -8,6 +8,12 @@ namespace hivesweep {
 
 // The shell's own numbers.
 enum class TSpecialFolder : int {
+  Recent = 8,
+  SendTo = 9,
+  StartMenu = 11,
+  Desktop = 16,
+  CommonStartMenu = 22,
+  CommonDesktop = 25,
   AppData = 26,
   CommonAppData = 35,
 };

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace hivesweep {
@@ -34,6 +36,12 @@ public:
   // the system names no process for it, the answer tells at once that it has ended.
   virtual std::unique_ptr<TProcess> Start(std::u16string_view Target,
                                           std::u16string_view Parameters) = 0;
+
+  // The path that a shortcut file names, as it is stored: it may hold variables, and
+  // nothing is searched for, asked of a network or shown. Empty when the shortcut has
+  // none, as those to control panel items, or when an installer provides it. Nothing
+  // when the file can't be read as a shortcut.
+  virtual std::optional<std::u16string> ShortcutTarget(std::u16string_view LinkPath) = 0;
 };
 
 } // namespace hivesweep

@@ -19,6 +19,10 @@ public:
 
   // A variable of the user's environment, by its name without regard to case.
   virtual std::optional<std::u16string> Environment(std::u16string_view Name) = 0;
+
+  // The name below HKEY_USERS of the key that HKEY_CURRENT_USER shows; empty when the
+  // system can't say.
+  virtual std::u16string UserKey() = 0;
 };
 
 } // namespace hivesweep

@@ -33,6 +33,31 @@ std::u16string WithoutBackslash(std::u16string_view Path) {
   return std::u16string(Path);
 }
 
+constexpr std::pair<std::u16string_view, TSpecialFolder> FolderNames[] = {
+    {u"Recent", TSpecialFolder::Recent},
+    {u"SendTo", TSpecialFolder::SendTo},
+    {u"StartMenu", TSpecialFolder::StartMenu},
+    {u"Desktop", TSpecialFolder::Desktop},
+    {u"CommonStartMenu", TSpecialFolder::CommonStartMenu},
+    {u"CommonDesktop", TSpecialFolder::CommonDesktop},
+};
+
+// Where the machine keeps the folder of this name; null when there is no such name.
+std::u16string *FindFolder(TMachine &Machine, std::u16string_view Name) {
+  if (EqualNoCase(Name, u"WinDir"))
+    return &Machine.WinDir;
+  if (EqualNoCase(Name, u"TempDir"))
+    return &Machine.TempDir;
+  if (EqualNoCase(Name, u"AppData"))
+    return &Machine.AppData;
+  if (EqualNoCase(Name, u"CommonAppData"))
+    return &Machine.CommonAppData;
+  for (const auto &[Known, Folder] : FolderNames)
+    if (EqualNoCase(Known, Name))
+      return &Machine.Folders[Folder];
+  return nullptr;
+}
+
 TComplaint SetMachine(TMachine &Machine, std::u16string_view Name, std::u16string_view Value) {
   if (EqualNoCase(Name, u"Wow64")) {
     if (Value != u"0" && Value != u"1")
@@ -40,17 +65,17 @@ TComplaint SetMachine(TMachine &Machine, std::u16string_view Name, std::u16strin
     Machine.Wow64 = Value == u"1";
     return {};
   }
-  const bool IsTemp = EqualNoCase(Name, u"TempDir");
-  std::u16string *Folder = EqualNoCase(Name, u"WinDir")          ? &Machine.WinDir
-                           : IsTemp                              ? &Machine.TempDir
-                           : EqualNoCase(Name, u"AppData")       ? &Machine.AppData
-                           : EqualNoCase(Name, u"CommonAppData") ? &Machine.CommonAppData
-                                                                 : nullptr;
+  if (EqualNoCase(Name, u"UserKey")) {
+    Machine.UserKey = Value;
+    return {};
+  }
+  std::u16string *const Folder = FindFolder(Machine, Name);
   if (!Folder)
-    return Quoted(Name) + u" is none of WinDir, TempDir, AppData, CommonAppData, Wow64";
+    return Quoted(Name) + u" is none of WinDir, TempDir, AppData, CommonAppData, Recent, SendTo, "
+                          u"StartMenu, Desktop, CommonStartMenu, CommonDesktop, UserKey, Wow64";
   if (!IsAbsolute(Value))
     return u"a folder begins with a drive and a backslash, unlike " + Quoted(Value);
-  *Folder = IsTemp ? WithBackslash(Value) : WithoutBackslash(Value);
+  *Folder = Folder == &Machine.TempDir ? WithBackslash(Value) : WithoutBackslash(Value);
   return {};
 }
 
@@ -81,16 +106,22 @@ TComplaint AddFile(TMachine &Machine, std::u16string_view Path) {
   return {};
 }
 
+TComplaint AddShortcut(TMachine &Machine, std::u16string_view Path, std::u16string_view Target) {
+  TComplaint Complaint = AddFile(Machine, Path);
+  if (Complaint.empty())
+    Machine.Shortcuts.insert_or_assign(LookupPath(Path), Target);
+  return Complaint;
+}
+
 struct TSection {
   std::u16string_view Name;
   TComplaint (*Assign)(TMachine &, std::u16string_view Name, std::u16string_view Value);
 };
 
 constexpr TSection Sections[] = {
-    {u"Machine", SetMachine},
-    {u"Drives", SetDrive},
-    {u"Environment", SetVariable},
-    {u"Files", nullptr}, // its lines are paths, not assignments
+    {u"Machine", SetMachine},      {u"Drives", SetDrive},
+    {u"Environment", SetVariable}, {u"Files", nullptr}, // its lines are paths, not assignments
+    {u"Shortcuts", AddShortcut},
 };
 
 TComplaint ReadLine(TMachine &Machine, const TSection *&Section, std::u16string_view Line) {
@@ -106,7 +137,8 @@ TComplaint ReadLine(TMachine &Machine, const TSection *&Section, std::u16string_
         return {};
       }
     }
-    return Quoted(Name) + u" is none of the sections Machine, Drives, Environment, Files";
+    return Quoted(Name) +
+           u" is none of the sections Machine, Drives, Environment, Files, Shortcuts";
   }
   if (!Section)
     return u"a line before the first section";
@@ -143,8 +175,11 @@ public:
       return Machine_.AppData;
     case TSpecialFolder::CommonAppData:
       return Machine_.CommonAppData;
+    default:
+      break;
     }
-    return {};
+    const auto Found = Machine_.Folders.find(Folder);
+    return Found == Machine_.Folders.end() ? std::u16string() : Found->second;
   }
   std::u16string Windows() override { return Machine_.WinDir; }
   std::u16string Temp() override { return Machine_.TempDir; }
@@ -159,7 +194,7 @@ private:
 class TMemorySystem final : public TSystem {
 public:
   explicit TMemorySystem(const TMachine &Machine)
-      : Wow64_(Machine.Wow64), Variables_(Machine.Environment) {}
+      : Wow64_(Machine.Wow64), UserKey_(Machine.UserKey), Variables_(Machine.Environment) {}
 
   bool IsWow64() override { return Wow64_; }
   std::optional<std::u16string> Environment(std::u16string_view Name) override {
@@ -168,10 +203,37 @@ public:
       return std::nullopt;
     return Found->second;
   }
+  std::u16string UserKey() override { return UserKey_; }
 
 private:
   bool Wow64_;
+  std::u16string UserKey_;
   std::map<std::u16string, std::u16string, TNameLess> Variables_;
+};
+
+// The described machine's shortcuts; what is to be opened, the running system opens.
+class TMemoryShell final : public TShell {
+public:
+  TMemoryShell(const TMachine &Machine, std::unique_ptr<TShell> Running)
+      : Running_(std::move(Running)), Shortcuts_(Machine.Shortcuts) {}
+
+  bool Open(std::u16string_view Target, std::u16string_view Parameters) override {
+    return Running_->Open(Target, Parameters);
+  }
+  std::unique_ptr<TProcess> Start(std::u16string_view Target,
+                                  std::u16string_view Parameters) override {
+    return Running_->Start(Target, Parameters);
+  }
+  std::optional<std::u16string> ShortcutTarget(std::u16string_view LinkPath) override {
+    const auto Found = Shortcuts_.find(LookupPath(LinkPath));
+    if (Found == Shortcuts_.end())
+      return std::nullopt;
+    return Found->second;
+  }
+
+private:
+  std::unique_ptr<TShell> Running_;
+  std::map<std::u16string, std::u16string, TNameLess> Shortcuts_;
 };
 
 } // namespace
@@ -199,6 +261,7 @@ TPlatform MakeMemoryPlatform(std::unique_ptr<TRegistryHost> Registry, const TMac
   Platform.Drives = std::make_unique<TMemoryDrives>(Machine);
   Platform.Folders = std::make_unique<TMemoryFolders>(Machine);
   Platform.System = std::make_unique<TMemorySystem>(Machine);
+  Platform.Shell = std::make_unique<TMemoryShell>(Machine, std::move(Platform.Shell));
   return Platform;
 }
 

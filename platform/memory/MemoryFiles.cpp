@@ -39,10 +39,17 @@ TMemoryFiles::TMemoryFiles(const TMachine &Machine, TFaults *Faults)
                                        Machine.CommonAppData, Machine.WinDir + u"\\System32"})
     if (HasDrive(Folder))
       Add(Folder, TPathState::Folder);
+  for (const auto &[Folder, Path] : Machine.Folders)
+    Add(Path, TPathState::Folder);
   if (Machine.Wow64)
     Add(Machine.WinDir + u"\\SysWOW64", TPathState::Folder);
   for (const std::u16string &File : Machine.Files)
     Add(File, File.ends_with(u'\\') ? TPathState::Folder : TPathState::File);
+  for (const auto &[Path, Target] : Machine.Shortcuts)
+    Add(Path, TPathState::File);
+  for (const std::u16string &Path : Machine.Links)
+    if (const auto Found = Entries_.find(LookupPath(Path)); Found != Entries_.end())
+      Found->second.IsLink = true;
   for (const std::u16string &Path : Machine.Unreadable)
     Add(Path, TPathState::Unknown);
   // Only now: what was listed above stands in the folder that it names.
@@ -85,7 +92,8 @@ bool TMemoryFiles::List(std::u16string_view Folder,
     if (!EqualNoCase(Path.substr(0, Front.size()), Front))
       break;
     const bool Direct = Path.size() > Front.size() && !Contains(Path.substr(Front.size()), u'\\');
-    if (Direct && !Take({Entry->second.Name, Entry->second.State == TPathState::Folder}))
+    if (Direct && !Take({Entry->second.Name, Entry->second.State == TPathState::Folder,
+                         Entry->second.IsLink}))
       return false;
   }
   return true;

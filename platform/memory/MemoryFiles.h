@@ -30,6 +30,7 @@ public:
 private:
   struct TEntry {
     TPathState State = TPathState::Folder;
+    bool IsLink = false;
     std::u16string Name;  // the path's last part as it was first spelled
     TFileContent Content; // of a file; one that the machine's description names is empty
   };

@@ -34,6 +34,7 @@ public:
   std::unique_ptr<TProcess> Start(std::u16string_view, std::u16string_view) override {
     return nullptr;
   }
+  std::optional<std::u16string> ShortcutTarget(std::u16string_view) override { return {}; }
 };
 
 } // namespace

@@ -67,7 +67,8 @@ public:
     do {
       if (!IsOwnOrParent(Found) &&
           !Take({FromWide(Found.cFileName),
-                 (Found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0}))
+                 (Found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
+                 (Found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0}))
         return false;
     } while (Search.Next(Found));
     return GetLastError() == ERROR_NO_MORE_FILES;

@@ -1,7 +1,9 @@
 #include "platform/win32/Hosts.h"
 #include "platform/win32/Win32.h"
 
+#include <objbase.h>
 #include <shellapi.h>
+#include <shlobj.h>
 
 namespace hivesweep {
 
@@ -18,6 +20,50 @@ public:
 private:
   TFileHandle Process_;
 };
+
+// Holds an interface of a system's object, and releases it.
+template <typename TInterface> class TComPointer {
+public:
+  TComPointer() = default;
+  TComPointer(const TComPointer &) = delete;
+  TComPointer &operator=(const TComPointer &) = delete;
+  ~TComPointer() {
+    if (Owned_)
+      Owned_->Release();
+  }
+
+  void **Out() { return reinterpret_cast<void **>(&Owned_); }
+  TInterface *operator->() const { return Owned_; }
+  TInterface &operator*() const { return *Owned_; }
+
+private:
+  TInterface *Owned_ = nullptr;
+};
+
+// The thread may use the system's objects for as long as this lives. A thread that
+// has been made ready in another way can use them as well.
+class TComThread {
+public:
+  TComThread() : Entered_(SUCCEEDED(CoInitialize(nullptr))) {}
+  TComThread(const TComThread &) = delete;
+  TComThread &operator=(const TComThread &) = delete;
+  ~TComThread() {
+    if (Entered_)
+      CoUninitialize();
+  }
+
+private:
+  bool Entered_;
+};
+
+// An installer's shortcut: what it leads to is the installer's affair, whatever path
+// stands in it.
+bool IsAdvertised(IShellLinkW &Link) {
+  TComPointer<IShellLinkDataList> Data;
+  DWORD Flags = 0;
+  return SUCCEEDED(Link.QueryInterface(IID_IShellLinkDataList, Data.Out())) &&
+         SUCCEEDED(Data->GetFlags(&Flags)) && (Flags & SLDF_HAS_DARWINID) != 0;
+}
 
 class TWin32Shell final : public TShell {
 public:
@@ -43,6 +89,34 @@ public:
       return nullptr;
     return std::make_unique<TWin32Process>(Info.hProcess);
   }
+
+  std::optional<std::u16string> ShortcutTarget(std::u16string_view LinkPath) override {
+    if (HoldsZero(LinkPath))
+      return std::nullopt;
+    if (!Thread_)
+      Thread_.emplace();
+    // A fresh object for each file: not every system's forgets all of the last one.
+    TComPointer<IShellLinkW> Link;
+    TComPointer<IPersistFile> File;
+    if (FAILED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW,
+                                Link.Out())) ||
+        FAILED(Link->QueryInterface(IID_IPersistFile, File.Out())) ||
+        FAILED(File->Load(Wide(std::u16string(LinkPath)), STGM_READ)))
+      return std::nullopt;
+    if (IsAdvertised(*Link))
+      return u"";
+    wchar_t Path[MAX_PATH] = {};
+    if (FAILED(Link->GetPath(Path, MAX_PATH, nullptr, SLGP_RAWPATH)))
+      return std::nullopt;
+    std::u16string Target = FromWide(Path);
+    // One that fills the room was probably cut.
+    if (Target.size() + 1 >= MAX_PATH)
+      return std::nullopt;
+    return Target;
+  }
+
+private:
+  std::optional<TComThread> Thread_;
 };
 
 } // namespace

@@ -86,12 +86,37 @@ struct TDiskKind {
   std::unique_ptr<TTestDisk> (*Make)(const std::vector<std::u16string> &Content);
 };
 
+// Shortcut files in a folder of their own.
+class TTestShortcuts {
+public:
+  TTestShortcuts() = default;
+  TTestShortcuts(const TTestShortcuts &) = delete;
+  TTestShortcuts &operator=(const TTestShortcuts &) = delete;
+  virtual ~TTestShortcuts() = default;
+
+  virtual TShell &Shell() = 0;
+  virtual std::u16string Folder() const = 0;
+
+  // Makes a shortcut; without a target, one that leads to no file. On a live system
+  // its own shell makes it.
+  virtual void Add(std::u16string_view Name, std::u16string_view Target) = 0;
+
+  // Makes a file of that name that is no shortcut.
+  virtual void AddText(std::u16string_view Name) = 0;
+};
+
+struct TShortcutsKind {
+  const char *Name;
+  std::unique_ptr<TTestShortcuts> (*Make)();
+};
+
 // The running system is not Windows but Wine, which does some things its own way.
 bool IsWine();
 
 // The hosts of the running system: none where it is not Windows.
 std::vector<TRegistryKind> LiveRegistries();
 std::vector<TDiskKind> LiveDisks();
+std::vector<TShortcutsKind> LiveShortcuts();
 
 // Those and the registry in memory.
 std::vector<TRegistryKind> AllRegistries();

@@ -146,6 +146,7 @@ public:
     Import_(Parameters);
     return std::make_unique<TEnded>();
   }
+  std::optional<std::u16string> ShortcutTarget(std::u16string_view) override { return {}; }
   std::vector<std::u16string> Started;
 
 private:

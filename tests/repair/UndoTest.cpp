@@ -337,6 +337,7 @@ private:
                                     std::u16string_view Parameters) override {
       return Power_.Passes() ? Shell_.Start(Target, Parameters) : nullptr;
     }
+    std::optional<std::u16string> ShortcutTarget(std::u16string_view) override { return {}; }
 
   private:
     TShell &Shell_;

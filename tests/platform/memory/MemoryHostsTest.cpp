@@ -255,12 +255,16 @@ TEST(MachineText, DescribesAMachine) {
 WinDir = D:\WINNT\
 TEMPDIR=D:\Temp
 AppData=D:\Users\me
+StartMenu=D:\Users\me\Menu\
+UserKey=S-1-5-21-1
 Wow64=1
 [Drives]
 d=Fixed
 X=network
 [Environment]
 Path=a=b
+[Shortcuts]
+D:\Users\me\Desktop\App.lnk = D:\Gone\app.exe
 [Files]
 D:\WINNT\system32\real.dll
 D:\Program Files\App\
@@ -277,6 +281,12 @@ D:\Program Files\App\
   EXPECT_EQ(Platform.System->Environment(u"PATH"), u"a=b");
   EXPECT_EQ(Platform.System->Environment(u"none"), std::nullopt);
   EXPECT_TRUE(Platform.System->IsWow64());
+  EXPECT_EQ(Platform.System->UserKey(), u"S-1-5-21-1");
+  EXPECT_EQ(Platform.Folders->Special(TSpecialFolder::StartMenu), u"D:\\Users\\me\\Menu");
+  EXPECT_EQ(Platform.Files->Look(u"D:\\Users\\me\\Menu"), TPathState::Folder);
+  EXPECT_EQ(Platform.Files->Look(u"D:\\Users\\me\\desktop\\app.lnk"), TPathState::File);
+  EXPECT_EQ(Platform.Shell->ShortcutTarget(u"D:\\Users\\me\\desktop\\app.lnk"),
+            u"D:\\Gone\\app.exe");
   EXPECT_EQ(Platform.Files->Look(u"D:\\Program Files\\app"), TPathState::Folder);
   // A 32-bit program is shown another system folder, and the real one by its alias.
   EXPECT_EQ(Platform.Files->Look(u"D:\\WINNT\\System32\\real.dll"), TPathState::Missing);
@@ -301,6 +311,7 @@ TEST(MachineText, MalformedLinesAreNamed) {
       {u"[Files]\nC:\\a\nrelative\\b", 3},
       {u"[Files]\nC:\\a?", 2},
       {u"[Environment]\n=x", 2},
+      {u"[Shortcuts]\nApp.lnk=C:\\x", 2},
   };
   for (const auto &C : Cases) {
     const auto Parsed = ParseMachine(C.Text);

@@ -16,6 +16,7 @@ bool IsWine() { return false; }
 
 std::vector<TRegistryKind> LiveRegistries() { return {}; }
 std::vector<TDiskKind> LiveDisks() { return {}; }
+std::vector<TShortcutsKind> LiveShortcuts() { return {}; }
 
 TScratchFolder::TScratchFolder() {
   std::string Name = (std::filesystem::temp_directory_path() / "hivesweep-test-XXXXXX").string();

@@ -2,12 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/DiskFile.h"
 #include "platform/memory/RegistryText.h"
 #include "platform/win32/Win32.h"
 #include "platform/win32/Win32Registry.h"
 
+#include <objbase.h>
 #include <psapi.h>
 #include <sddl.h>
+#include <shlobj.h>
 #include <winternl.h>
 
 namespace hivesweep {
@@ -232,7 +235,46 @@ private:
   TPlatform Platform_ = MakeLivePlatform().value();
 };
 
+// ---- shortcuts ------------------------------------------------------------------
+
+class TLiveShortcuts final : public TTestShortcuts {
+public:
+  TLiveShortcuts() { EXPECT_TRUE(SUCCEEDED(CoInitialize(nullptr))); }
+  ~TLiveShortcuts() override { CoUninitialize(); }
+
+  TShell &Shell() override { return *Platform_.Shell; }
+  std::u16string Folder() const override { return Scratch_.Path(); }
+
+  void Add(std::u16string_view Name, std::u16string_view Target) override {
+    IShellLinkW *Link = nullptr;
+    IPersistFile *File = nullptr;
+    ASSERT_EQ(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW,
+                               reinterpret_cast<void **>(&Link)),
+              S_OK);
+    ASSERT_EQ(Link->QueryInterface(IID_IPersistFile, reinterpret_cast<void **>(&File)), S_OK);
+    EXPECT_EQ(Link->SetDescription(L"made by a test"), S_OK);
+    if (!Target.empty()) {
+      EXPECT_TRUE(SUCCEEDED(Link->SetPath(Wide(std::u16string(Target)))));
+    }
+    EXPECT_EQ(File->Save(Wide(Scratch_.File(Name)), FALSE), S_OK) << ToUtf8(Name);
+    File->Release();
+    Link->Release();
+  }
+  void AddText(std::u16string_view Name) override {
+    EXPECT_EQ(WriteWholeFile(Scratch_.File(Name), "no shortcut"), u"");
+  }
+
+private:
+  TScratchFolder Scratch_;
+  TPlatform Platform_ = MakeLivePlatform().value();
+};
+
 } // namespace
+
+std::vector<TShortcutsKind> LiveShortcuts() {
+  return {{"Live",
+           []() -> std::unique_ptr<TTestShortcuts> { return std::make_unique<TLiveShortcuts>(); }}};
+}
 
 bool IsWine() { return FindFunction(L"ntdll.dll", "wine_get_version") != nullptr; }
 

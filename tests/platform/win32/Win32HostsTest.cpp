@@ -111,6 +111,55 @@ TEST_F(Win32Hosts, ASettingsFileThatIsHeldIsLeftAsItIs) {
   EXPECT_EQ(Now, Content);
 }
 
+// A shortcut file's bytes: the header with these flags, the place of a file, and an
+// installer's description of it.
+std::string AdvertisedShortcut(std::string_view Target) {
+  std::string Out;
+  const auto Number = [&](std::uint32_t Value) {
+    Out.append(reinterpret_cast<const char *>(&Value), sizeof Value);
+  };
+  constexpr std::uint32_t HasLinkInfo = 0x2, IsUnicode = 0x80, HasInstallerId = 0x1000;
+  Number(0x4C);
+  Out.append("\x01\x14\x02\0\0\0\0\0\xC0\0\0\0\0\0\0\x46", 16);
+  Number(HasLinkInfo | IsUnicode | HasInstallerId);
+  Out.append(0x4C - Out.size(), '\0');
+  const auto Length = static_cast<std::uint32_t>(Target.size());
+  for (const std::uint32_t Value :
+       {0x1Cu + 0x11u + Length + 2, 0x1Cu, 1u, 0x1Cu, 0x2Du, 0u, 0x2Du + Length + 1})
+    Number(Value); // where the parts of the place stand
+  for (const std::uint32_t Value : {0x11u, 3u, 0u, 0x10u})
+    Number(Value); // a volume without a name
+  Out.append(1, '\0').append(Target).append(2, '\0');
+  Number(0x314);
+  Number(0xA0000006);
+  Out.append(0x314 - 8, '\0');
+  Out.replace(Out.size() - 780, 4, "Prod");
+  Number(0);
+  return Out;
+}
+
+TEST_F(Win32Hosts, AnInstallersShortcutHasNoTargetWhateverStandsInIt) {
+  const TScratchFolder Scratch;
+  const std::u16string Path = Scratch.File(u"advertised.lnk");
+  ASSERT_EQ(WriteWholeFile(Path, AdvertisedShortcut("C:\\gone.exe")), u"");
+  EXPECT_EQ(Platform.Shell->ShortcutTarget(Path), u"");
+}
+
+TEST_F(Win32Hosts, TheCurrentUsersKeyIsTheOneThatShowsHisValues) {
+  const std::u16string Key = Platform.System->UserKey();
+  HKEY Opened = nullptr;
+  ASSERT_EQ(RegOpenKeyExW(HKEY_USERS, Wide(Key), 0, KEY_READ, &Opened), 0) << ToUtf8(Key);
+  RegCloseKey(Opened);
+  HKEY Own = nullptr;
+  ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, L"Hivesweep test", 0, nullptr, REG_OPTION_VOLATILE,
+                            KEY_READ, nullptr, &Own, nullptr),
+            0);
+  RegCloseKey(Own);
+  EXPECT_EQ(RegOpenKeyExW(HKEY_USERS, Wide(Key + u"\\Hivesweep test"), 0, KEY_READ, &Opened), 0);
+  RegCloseKey(Opened);
+  RegDeleteKeyW(HKEY_CURRENT_USER, L"Hivesweep test");
+}
+
 TEST(LongPath, IsWrittenSoThatTheSystemTakesIt) {
   const std::u16string Name(250, u'n');
   const struct {

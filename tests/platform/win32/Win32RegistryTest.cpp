@@ -154,6 +154,12 @@ TEST_F(Win32Registry, ALinkIsFollowedInReadingButNotInDeleting) {
   EXPECT_EQ(Value.Data().Text(), u"kept");
   const auto Key = OpenKey();
   EXPECT_EQ(Key->Open(u"Tree\\Loose").Status, TRegStatus::NotFound);
+  const TRegOpened Itself = Key->OpenItself(u"Link");
+  ASSERT_EQ(Itself.Status, TRegStatus::Ok);
+  EXPECT_EQ(Itself.Key->Read(u"x", Value), TRegStatus::NotFound) << "what it leads to";
+  std::vector<std::u16string> InLink;
+  EXPECT_EQ(Itself.Key->SubkeyNames(InLink), TRegStatus::Ok);
+  EXPECT_TRUE(InLink.empty());
 
   for (const std::u16string_view Doomed : {u"Tree", u"Link", u"Pretender"})
     EXPECT_EQ(Key->DeleteTree(Doomed), TRegStatus::Ok) << ToUtf8(Doomed);
