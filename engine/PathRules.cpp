@@ -2,15 +2,35 @@
 
 #include <algorithm>
 
+#include "engine/ScanDisk.h"
 #include "platform/Text.h"
 
 namespace hivesweep {
 
+namespace {
+
+// False for most of a registry's texts, at the first look: resolving variables and
+// quotes changes a text only from one of three characters on, so without them in
+// front there must stand a drive already.
+bool MayBecomeLocalPath(std::u16string_view Text) {
+  constexpr std::u16string_view Resolved = u"%\\\"";
+  if (Text.empty() || Contains(Resolved, Text[0]))
+    return !Text.empty();
+  const char16_t Letter = AsciiUpper(Text[0]);
+  return Letter >= u'C' && Letter <= u'Z' && Text.size() > 1 &&
+         (Text[1] == u':' || Contains(Resolved, Text[1]));
+}
+
+} // namespace
+
 std::u16string_view ExtractFileFromCommand(std::u16string_view Text) {
   static constexpr std::u16string_view Extensions[] = {u".exe", u".dll", u".ocx", u".ax",
                                                        u".cpl", u".ico", u".wav", u".txt"};
+  const std::size_t FirstDot = Text.find(u'.');
+  if (FirstDot == std::u16string_view::npos)
+    return Text;
   for (const std::u16string_view Extension : Extensions) {
-    const std::size_t At = FindNoAsciiCase(Text, Extension);
+    const std::size_t At = FindNoAsciiCase(Text, Extension, FirstDot);
     if (At == std::u16string_view::npos)
       continue;
     // Four units on for all of them, ".ax" too: what follows that one is often a
@@ -46,6 +66,18 @@ void ExpandProgramFiles(std::u16string &Text, std::u16string_view WinDir) {
                         std::u16string(WinDir.substr(0, 3)) + u"Program Files");
 }
 
+void ExpandEnvironment(std::u16string &Text, TSystem &System) {
+  for (std::size_t At = Text.find(u'%'); At != std::u16string::npos; At = Text.find(u'%', At)) {
+    const std::size_t End = Text.find(u'%', At + 1);
+    if (End == std::u16string::npos)
+      return;
+    const auto Value = System.Environment(Text.substr(At + 1, End - At - 1));
+    if (Value)
+      Text.replace(At, End + 1 - At, *Value);
+    At = Value ? At + Value->size() : End; // what ended no name may begin one
+  }
+}
+
 bool HasDriveForm(std::u16string_view Path) {
   return Path.size() > 2 && Path[1] == u':' && Path.find(u':', 2) == std::u16string_view::npos;
 }
@@ -60,33 +92,52 @@ bool IsOnFixedDrive(TDrives &Drives, std::u16string_view Path) {
   return Drives.TypeOf(Path.substr(0, 3)) == TDriveType::Fixed;
 }
 
-bool IsPathValid(TFileSystem &Files, TDrives &Drives, const TPathVariables &Variables,
-                 std::u16string_view Text) {
+namespace {
+
+// A list, a variable, an address, an argument: none of them is judged.
+bool HoldsMoreThanAPath(std::u16string_view Text) {
+  return std::any_of(Text.begin(), Text.end(), [](char16_t Unit) {
+    return Unit == u';' || Unit == u'%' || Unit == u'/' || Unit == u'-' || Unit == u'|';
+  });
+}
+
+void ResolveVariables(std::u16string &Path, const TPathVariables &Variables) {
   const std::u16string &WinDir = Variables.WinDir;
-  std::u16string Path(Text);
-  ReplaceAllNoAsciiCase(Path, u"%windir%", WinDir);
+  const bool HasVariables = Contains(Path, u'%'); // most have none
+  if (HasVariables)
+    ReplaceAllNoAsciiCase(Path, u"%windir%", WinDir);
   ReplaceAllNoAsciiCase(Path, u"\\systemroot\\", WinDir + u"\\");
+  if (!HasVariables)
+    return;
   ExpandSystemRoot(Path, WinDir);
   ReplaceAllNoAsciiCase(Path, u"%systemdrive%", WinDir.substr(0, 2));
   ExpandProgramFiles(Path, WinDir);
   ReplaceAllNoAsciiCase(Path, u"%temp%\\", Variables.TempDir);
+}
+
+} // namespace
+
+bool IsPathValid(TScanDisk &Disk, const TPathVariables &Variables, std::u16string_view Text) {
+  if (!MayBecomeLocalPath(Text))
+    return true;
+  std::u16string Path(Text);
+  ResolveVariables(Path, Variables);
   RemoveAll(Path, u"\\??\\");
   RemoveAll(Path, u"\"");
 
   const char16_t Letter = AsciiUpper(UnitAt(Path, 1));
-  if (Path.size() < 3 || Letter < u'C' || Letter > u'Z' ||
-      Path.find_first_of(u";%/-|") != std::u16string::npos || !HasDriveForm(Path) ||
-      Path[2] != u'\\' || !IsOnFixedDrive(Drives, Path))
+  if (Path.size() < 3 || Letter < u'C' || Letter > u'Z' || HoldsMoreThanAPath(Path) ||
+      !HasDriveForm(Path) || Path[2] != u'\\' || !Disk.IsOnFixedDrive(Path))
     return true;
 
   const std::u16string_view File = ExtractFileFromCommand(Path);
-  if (!NoSuchFile(Files, File))
+  if (!Disk.NoSuchFile(File))
     return true;
   // An extension where one belongs makes it a file's path; without a dot or a
   // comma anywhere it is a folder's. What lies between may be a command line.
   const bool FileLike = UnitAt(Path, DotPosition(File)) == u'.';
   const bool FolderLike = Path.find_first_of(u",.") == std::u16string::npos;
-  return (!FileLike && !FolderLike) || !NoSuchFolder(Files, Path);
+  return (!FileLike && !FolderLike) || !Disk.NoSuchFolder(Path);
 }
 
 std::u16string SpecialFolderPath(TFolders &Folders, TSpecialFolder Folder) {

@@ -14,6 +14,8 @@
 
 namespace hivesweep {
 
+class TScanDisk;
+
 // Cuts a command line or icon reference after its file extension. Looks for
 // ".exe", ".dll", ".ocx", ".ax", ".cpl", ".ico", ".wav", ".txt", in this order and
 // without regard to case; the first that occurs decides alone. When a comma or a
@@ -32,6 +34,10 @@ void ExpandSystemRoot(std::u16string &Text, std::u16string_view WinDir);
 
 // "%ProgramFiles%" becomes "Program Files" on the drive of the Windows folder.
 void ExpandProgramFiles(std::u16string &Text, std::u16string_view WinDir);
+
+// "%name%" becomes what the user's environment has under that name; where it has
+// nothing, the text stays.
+void ExpandEnvironment(std::u16string &Text, TSystem &System);
 
 // "C:\dir\file" and nothing else: a drive letter's colon, and no second colon that
 // would make it a list or a URL.
@@ -57,8 +63,7 @@ struct TPathVariables {
 // path on a fixed drive that certainly does not exist. Anything else is taken for
 // valid: other drives than C to Z, relative paths, lists, unresolved variables, and
 // any path with a hyphen, which may as well begin an argument.
-bool IsPathValid(TFileSystem &Files, TDrives &Drives, const TPathVariables &Variables,
-                 std::u16string_view Text);
+bool IsPathValid(TScanDisk &Disk, const TPathVariables &Variables, std::u16string_view Text);
 
 // What the system says of a special folder: not created, at most 260 units.
 std::u16string SpecialFolderPath(TFolders &Folders, TSpecialFolder Folder);

@@ -96,16 +96,29 @@ void TPhraseMatcher::LinkStates() {
     Classes_[Unit] = Classes_[AsciiLower(Unit)];
 }
 
+TPhraseMatcher::TState TPhraseMatcher::Next(TState State, char16_t Unit) const {
+  const std::size_t Class = Unit < Classes_.size() ? Classes_[Unit] : 0;
+  return Moves_[State * ClassCount_ + Class];
+}
+
 TPhraseMatcher::TRanks TPhraseMatcher::Search(std::u16string_view Text) const {
   TRanks Best = NoRanks;
-  std::size_t State = 0;
+  TState State = AtStart;
   for (const char16_t Unit : Text) {
-    const std::size_t Class = Unit < Classes_.size() ? Classes_[Unit] : 0;
-    State = Moves_[State * ClassCount_ + Class];
+    State = Next(State, Unit);
     if (Found_[State])
       TakeLower(Best, Ranks_[State]);
   }
   return Best;
+}
+
+bool TPhraseMatcher::Continue(TState &State, std::u16string_view Text) const {
+  bool Found = false;
+  for (const char16_t Unit : Text) {
+    State = Next(State, Unit);
+    Found |= Found_[State] != 0;
+  }
+  return Found;
 }
 
 } // namespace hivesweep

@@ -30,9 +30,16 @@ public:
 
   TRanks Search(std::u16string_view Text) const;
 
-private:
+  // How far a search through a text has come that is given piece by piece. Where it
+  // stands can be kept, and gone on from more than once.
   using TState = std::uint16_t;
+  static constexpr TState AtStart = 0;
 
+  // Goes on with the next piece. True when a phrase of any list ends in it.
+  bool Continue(TState &State, std::u16string_view Text) const;
+
+private:
+  TState Next(TState State, char16_t Unit) const;
   TState AddState();
   void Insert(const TPhrase &Phrase);
   void LinkStates();

@@ -13,6 +13,10 @@ constexpr int LooksBeforeNames = 3;
 // A folder of more names than this would cost more than it saves.
 constexpr std::size_t MostNames = 20'000;
 
+// So many folders are remembered before all are forgotten: what the scan of a large
+// registry takes must not grow with it.
+constexpr std::size_t MostFolders = 4'000;
+
 } // namespace
 
 void TScanDisk::Forget() {
@@ -37,6 +41,8 @@ bool TScanDisk::NoSuchFile(std::u16string_view Path) { return MeansNoFile(Look(P
 
 bool TScanDisk::NoSuchFolder(std::u16string_view Path) { return MeansNoFolder(Look(Path)); }
 
+bool TScanDisk::NothingThere(std::u16string_view Path) { return Look(Path) == TPathState::Missing; }
+
 TPathState TScanDisk::Look(std::u16string_view Path) {
   LookupPath(Path, Whole_);
   const std::size_t Break = Whole_.rfind(u'\\');
@@ -44,11 +50,14 @@ TPathState TScanDisk::Look(std::u16string_view Path) {
     return Files_.Look(Path);
   Upper_ = Whole_;
   for (char16_t &Unit : Upper_)
-    Unit = UpperCase(Unit);
+    Unit = Unit < 0x80 ? AsciiUpper(Unit) : UpperCase(Unit); // few are not ASCII
   const std::u16string_view Upper = Upper_;
   auto Folder = Folders_.find(Upper.substr(0, Break));
-  if (Folder == Folders_.end())
+  if (Folder == Folders_.end()) {
+    if (Folders_.size() >= MostFolders)
+      Folders_.clear();
     Folder = Folders_.emplace(Upper.substr(0, Break), TFolder()).first;
+  }
   // In its own spelling: a disk that tells letter case apart finds it at once.
   if (++Folder->second.Looks == LooksBeforeNames + 1)
     TakeNames(std::u16string_view(Whole_).substr(0, Break), Folder->second);

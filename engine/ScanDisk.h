@@ -31,9 +31,10 @@ public:
   // The path begins with the root of a fixed drive.
   bool IsOnFixedDrive(std::u16string_view Path);
 
-  // There certainly is no file, no folder, of that name.
+  // There certainly is no file, no folder, nothing at all of that name.
   bool NoSuchFile(std::u16string_view Path);
   bool NoSuchFolder(std::u16string_view Path);
+  bool NothingThere(std::u16string_view Path);
 
 private:
   // By upper-case names; asked with a part of a text, without a copy of it.

@@ -104,6 +104,8 @@ std::int32_t TScanRegistry::RunScan(TWindowHandle Window, std::u16string_view Ar
     ProgressBar.Advance();
   ProgressBar.SetMax(100);
   Filter_.reset();
+  ExtensionNames.clear();
+  FileTypeNames.clear();
   return Total;
 }
 
@@ -157,9 +159,28 @@ std::int32_t TScanRegistry::CountSharedDlls() {
           .Values);
 }
 
+std::int32_t TScanRegistry::CountFileTypes() {
+  // What is no type of file but a table that the system keeps there.
+  constexpr std::u16string_view Tables[] = {u"*",         u"CLSID", u"TypeLib",
+                                            u"Interface", u"AppID", u"Applications"};
+  ExtensionNames.clear();
+  FileTypeNames.clear();
+  std::vector<std::u16string> Names;
+  if (const auto Key = OpenKey(TRegRoot::ClassesRoot, u"\\"))
+    NoteUnreadable(RegRootName(TRegRoot::ClassesRoot), Key->SubkeyNames(Names));
+  for (std::u16string &Name : Names) {
+    if (Name.starts_with(u'.'))
+      ExtensionNames.push_back(std::move(Name));
+    else if (std::none_of(std::begin(Tables), std::end(Tables),
+                          [&](std::u16string_view Table) { return EqualNoCase(Name, Table); }))
+      FileTypeNames.push_back(std::move(Name));
+  }
+  return static_cast<std::int32_t>(ExtensionNames.size() + FileTypeNames.size());
+}
+
 std::int32_t TScanRegistry::EstimateWork() {
   constexpr std::int32_t FixedSteps = 22; // of the scanners that advance once
-  return CountComKeys() + CountSharedDlls() +
+  return CountComKeys() + CountSharedDlls() + CountFileTypes() +
          CountSubkeys(TRegRoot::LocalMachine, u"SOFTWARE\\Classes") + FixedSteps;
 }
 

@@ -111,6 +111,10 @@ public:
   std::int32_t CountComKeys();
   std::int32_t CountSharedDlls();
 
+  // Takes the names of HKEY_CLASSES_ROOT into the two lists below, and answers how
+  // many they are.
+  std::int32_t CountFileTypes();
+
   // The scan leaves each scanner at its next entry. Before a scan it has no effect.
   void Stop() { Stopped = true; }
 
@@ -144,6 +148,7 @@ public:
   }
   void Pump() { Platform_.Messages->Pump(); }
   TScanDisk &Disk() { return Disk_; }
+  TPlatform &Platform() { return Platform_; }
 
   // ---- what the last scan found ---------------------------------------------------
   const std::array<TAreaResult, AreaCount> &AreaResults() const { return AreaResults_; }
@@ -162,7 +167,10 @@ public:
   bool IsWow64 = false;                              // a 32-bit program on a 64-bit system
   std::u16string WinDir;                             // without a trailing backslash
   std::vector<std::u16string> UninstallNames;        // of the scan's uninstall entries
+  std::u16string TempDir;                            // with one; while the deep scan runs
   const std::vector<std::u16string> ScannedAreaKeys; // what the deep scan leaves out
+  std::vector<std::u16string> ExtensionNames;        // while a scan runs: those with a dot
+  std::vector<std::u16string> FileTypeNames;         // in front, and all others
 
   // Earlier versions kept their backups beside the program, and tools of the suite
   // still expect two folders there. Nothing is written into them.

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/PathRules.h"
+#include "engine/ScanDisk.h"
 #include "tests/engine/TestScan.h"
 
 namespace hivesweep {
@@ -109,14 +110,15 @@ TEST(PathRules, JudgeOnlyWhatIsRecognisablyALocalPath) {
       {"what can't be looked at", u"C:\\locked\\a.exe", true},
       {"a folder that can't be looked at", u"C:\\locked", true},
       {"a name that no file can have", u"C:\\gone?.exe", false},
+      {"quotes inside", u"C\":\"\\gone.exe", false},
+      {"a quoted drive", u"\"C\":\\gone.exe", false},
       {"too short", u"C:", true},
       {"empty", u"", true},
   };
   TPlatform Platform = MakeMemoryPlatform(MemoryRegistry(u""), PathMachine());
+  TScanDisk Disk(*Platform.Files, *Platform.Drives);
   for (const auto &C : Cases)
-    EXPECT_EQ(IsPathValid(*Platform.Files, *Platform.Drives, {u"C:\\WINNT", u"C:\\Temp\\"}, C.Text),
-              C.Valid)
-        << C.Why;
+    EXPECT_EQ(IsPathValid(Disk, {u"C:\\WINNT", u"C:\\Temp\\"}, C.Text), C.Valid) << C.Why;
 }
 
 TEST(PathRules, ATargetIsAliveInEitherHalfOfA64BitSystem) {

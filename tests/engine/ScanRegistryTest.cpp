@@ -193,18 +193,23 @@ TEST(ScanDriver, StartsEachScanAfresh) {
 TEST(ScanDriver, SizesTheBarByTheLargeKeysAndRunsItOut) {
   TTestScan Scan(
       MemoryRegistry(u"[HKEY_CLASSES_ROOT\\CLSID\\{1}]\n[HKEY_CLASSES_ROOT\\CLSID\\{2}]\n"
-                     u"[HKEY_CLASSES_ROOT\\TypeLib\\{3}]\n"
+                     u"[HKEY_CLASSES_ROOT\\TypeLib\\{3}]\n[HKEY_CLASSES_ROOT\\appid]\n"
+                     u"[HKEY_CLASSES_ROOT\\.x]\n[HKEY_CLASSES_ROOT\\xfile]\n"
                      u"[HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion"
                      u"\\SharedDLLs]\n\"a\"=dword:1\n\"b\"=dword:1\n\"c\"=dword:1\n"));
   EXPECT_EQ(Scan.Engine->CountComKeys(), 3);
   EXPECT_EQ(Scan.Engine->CountSharedDlls(), 3);
+  EXPECT_EQ(Scan.Engine->CountFileTypes(), 2);
+  EXPECT_EQ(Scan.Engine->ExtensionNames, std::vector<std::u16string>{u".x"});
+  EXPECT_EQ(Scan.Engine->FileTypeNames, std::vector<std::u16string>{u"xfile"});
   Scan.Scan(AllAreas);
-  // 3 COM keys, 3 counters, the 2 names below the machine's classes and 22 steps are
-  // 30 of work, and 2 more to run out.
+  // 3 COM keys, 3 counters, 2 types of files, the 5 names below the machine's classes
+  // and 22 steps are 35 of work, and 2 more to run out.
   const auto &States = Scan.Progress.States;
   EXPECT_EQ(States.front().first, 0);
-  EXPECT_NE(std::find(States.begin(), States.end(), std::pair(0, 32)), States.end());
+  EXPECT_NE(std::find(States.begin(), States.end(), std::pair(0, 37)), States.end());
   EXPECT_EQ(States.back(), std::pair(3, 100)) << "one step, then one for each of the two";
+  EXPECT_TRUE(Scan.Engine->FileTypeNames.empty()) << "only while a scan runs";
 }
 
 TEST(ScanDriver, MakesTheOldBackupFoldersAndWritesTheResult) {
