@@ -35,7 +35,11 @@ describe() {
     text+=(--registry "$1/$part.reg")
   done
   {
-    printf '[Machine]\nWinDir=C:\\windows\nWow64=1\n[Drives]\nC=fixed\n[Files]\n'
+    printf '[Machine]\nWinDir=C:\\windows\nWow64=1\n[Drives]\nC=fixed\n'
+    # What the sample adds to a fresh machine: its folders and shortcuts, and what can be
+    # seen through a link, which the list of files stops at.
+    sed -n '/^; ---- what/,$p' "$top/sample/machine.ini"
+    printf '[Files]\n'
     find "$WINEPREFIX/drive_c" -mindepth 1 \( -type d -printf '%P/\n' -o -printf '%P\n' \) |
       sed 's/^/C:\\/; s/\//\\/g'
   } >"$1/machine.ini"

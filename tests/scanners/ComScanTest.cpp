@@ -9,8 +9,7 @@ protected:
   std::u16string Classes() { return Keys(1, u"HKEY_CLASSES_ROOT\\CLSID\\"); }
 };
 
-INSTANTIATE_TEST_SUITE_P(Registries, ComScan, testing::ValuesIn(AllRegistries()),
-                         [](const auto &Kind) { return std::string(Kind.param.Name); });
+INSTANTIATE_TEST_SUITE_P(Registries, ComScan, testing::ValuesIn(AllRegistries()), NameOfKind);
 
 TEST_P(ComScan, ClassesLeaveTheirTexts) {
   Load(uR"([HKEY_CLASSES_ROOT\CLSID\{1}\InProcServer32]

@@ -5,8 +5,7 @@ namespace {
 
 class HistoryScan : public TScannerTest {};
 
-INSTANTIATE_TEST_SUITE_P(Registries, HistoryScan, testing::ValuesIn(AllRegistries()),
-                         [](const auto &Kind) { return std::string(Kind.param.Name); });
+INSTANTIATE_TEST_SUITE_P(Registries, HistoryScan, testing::ValuesIn(AllRegistries()), NameOfKind);
 
 // Names in alphabetical order: not every registry keeps another one.
 constexpr std::u16string_view Lists =

@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "scanners/ScannerTable.h"
@@ -16,7 +17,7 @@ namespace hivesweep {
 
 using TLines = std::vector<std::string>;
 
-// The machine of all these tests. What is not listed is gone.
+// The machine of most of these tests. What is not listed is gone.
 inline TMachine Machine() {
   TMachine Out;
   Out.WinDir = u"C:\\WINNT";
@@ -32,10 +33,13 @@ inline TMachine Machine() {
   return Out;
 }
 
-// Scans one area of a registry with the given content and tells what came of it:
-// a line for each problem, "type | key | value | data | kind", and each backup line.
+// Scans one area of a registry with the given content and tells what came of it, over
+// each kind of registry that the running system has.
 class TScannerTest : public testing::TestWithParam<TRegistryKind> {
 protected:
+  explicit TScannerTest(TMachine Where = Machine()) : Where_(std::move(Where)) {}
+
+  // Export text without its header.
   void Load(std::u16string_view Text) {
     std::u16string Rooted;
     for (const std::u16string_view Line : SplitLines(Text))
@@ -46,12 +50,23 @@ protected:
     Registry_->Load(Rooted);
   }
 
-  std::vector<std::string> Scan(int Area, const TMachine &Where = Machine()) {
-    Run_ = std::make_unique<TTestScan>(std::make_unique<TRootedRegistry>(*Registry_), Where,
+  // Forgets what was loaded.
+  void Renew() {
+    Registry_ = nullptr; // the old one removes its key first
+    Registry_ = GetParam().Make();
+  }
+
+  void RunScan(int Area) {
+    Run_ = std::make_unique<TTestScan>(std::make_unique<TRootedRegistry>(*Registry_), Where_,
                                        ScannerTable());
     Run_->Messages->OnPump = OnPump_;
     Run_->Scan(TTestScan::Only(Area));
-    std::vector<std::string> Lines;
+  }
+
+  // A line for each problem, "type | key | value | data | kind", and each backup line.
+  TLines Scan(int Area) {
+    RunScan(Area);
+    TLines Lines;
     const TGroupItems &Group = *Run_->Problems->GetGroup(0);
     for (std::int32_t Index = 0; Index < Group.Count(); ++Index) {
       const TItemInfo &Item = *Group.Get(Index);
@@ -66,28 +81,16 @@ protected:
   }
 
   // For tests in which only one text of each problem matters. They are sorted, as
-  // registries keep entries in different orders.
-  template <typename TText>
-  std::u16string Sorted(int Area, TText Text, const TMachine &Where = Machine()) {
-    Scan(Area, Where);
-    std::vector<std::u16string> Found;
-    const TGroupItems &Group = *Run_->Problems->GetGroup(0);
-    for (std::int32_t Index = 0; Index < Group.Count(); ++Index)
-      Found.push_back(Text(*Group.Get(Index)));
-    std::sort(Found.begin(), Found.end());
-    std::u16string Out;
-    for (const std::u16string &One : Found)
-      Out += One + u" ";
-    return Out;
+  // registries keep entries in different orders, and those that a list holds back are
+  // among them.
+  std::u16string Names(int Area) {
+    return Sorted(Area, [](const auto &Problem) { return Problem.ValueName; });
   }
-  std::u16string Names(int Area, const TMachine &Where = Machine()) {
-    return Sorted(
-        Area, [](const TItemInfo &Item) { return Item.ValueName; }, Where);
-  }
-  // The keys below this one.
-  std::u16string Keys(int Area, std::u16string_view Below) {
-    return Sorted(Area, [&](const TItemInfo &Item) {
-      return Item.KeyPath.starts_with(Below) ? Item.KeyPath.substr(Below.size()) : Item.KeyPath;
+  // Without what they begin with.
+  std::u16string Keys(int Area, std::u16string_view Beginning = u"") {
+    return Sorted(Area, [&](const auto &Problem) {
+      const std::u16string &Key = Problem.KeyPath;
+      return Key.starts_with(Beginning) ? Key.substr(Beginning.size()) : Key;
     });
   }
 
@@ -98,9 +101,30 @@ protected:
                TRegStatus::Denied;
   }
 
+  TMachine Where_; // as it is when the scan begins
   std::unique_ptr<TTestRegistry> Registry_ = GetParam().Make();
   std::unique_ptr<TTestScan> Run_;
   std::function<void()> OnPump_;
+
+private:
+  template <typename TText> std::u16string Sorted(int Area, TText Text) {
+    RunScan(Area);
+    std::vector<std::u16string> Found;
+    const TGroupItems &Group = *Run_->Problems->GetGroup(0);
+    for (std::int32_t Index = 0; Index < Group.Count(); ++Index)
+      Found.push_back(Text(*Group.Get(Index)));
+    for (const TProtectedItem &Item : Run_->Engine->ProtectedItems())
+      Found.push_back(Text(Item));
+    std::sort(Found.begin(), Found.end());
+    std::u16string Out;
+    for (const std::u16string &One : Found)
+      Out += One + u" ";
+    return Out;
+  }
 };
+
+inline std::string NameOfKind(const testing::TestParamInfo<TRegistryKind> &Kind) {
+  return Kind.param.Name;
+}
 
 } // namespace hivesweep

@@ -23,8 +23,7 @@ protected:
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Registries, SoftwareScan, testing::ValuesIn(AllRegistries()),
-                         [](const auto &Kind) { return std::string(Kind.param.Name); });
+INSTANTIATE_TEST_SUITE_P(Registries, SoftwareScan, testing::ValuesIn(AllRegistries()), NameOfKind);
 
 // The order is that of the table; only one of the empty keys is of the other kind.
 TEST_P(SoftwareScan, LeavesItsTextsInItsOrder) {

@@ -11,8 +11,7 @@ namespace {
 
 class ValueScan : public TScannerTest {};
 
-INSTANTIATE_TEST_SUITE_P(Registries, ValueScan, testing::ValuesIn(AllRegistries()),
-                         [](const auto &Kind) { return std::string(Kind.param.Name); });
+INSTANTIATE_TEST_SUITE_P(Registries, ValueScan, testing::ValuesIn(AllRegistries()), NameOfKind);
 
 // One dead entry for each scanner, with every text that it leaves: what the record
 // says, what the status line says, what the backup says. Tidying any of them changes
@@ -97,8 +96,7 @@ TEST_P(ValueScan, LeavesTheTextsOfItsScanner) {
         R"([HKEY_CURRENT_USER\Software\Microsoft\Windows\CurrentVersion\Run])", R"("Up3"="")"}},
   };
   for (const auto &C : Cases) {
-    Registry_ = nullptr; // the old one removes its key first
-    Registry_ = GetParam().Make();
+    Renew();
     Load(C.Registry);
     EXPECT_EQ(Scan(C.Area), C.Lines);
     ASSERT_FALSE(Run_->Status.Texts.empty());
