@@ -113,6 +113,9 @@ struct TShortcutsKind {
 // The running system is not Windows but Wine, which does some things its own way.
 bool IsWine();
 
+// How the system's kernel names a key below the current user's. On Windows alone.
+std::u16string KernelPath(std::u16string_view BelowUser);
+
 // The hosts of the running system: none where it is not Windows.
 std::vector<TRegistryKind> LiveRegistries();
 std::vector<TDiskKind> LiveDisks();

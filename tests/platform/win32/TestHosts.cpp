@@ -9,7 +9,6 @@
 
 #include <objbase.h>
 #include <psapi.h>
-#include <sddl.h>
 #include <shlobj.h>
 #include <winternl.h>
 
@@ -59,22 +58,6 @@ void RemoveKey(HKEY Base, const std::u16string &Path) {
   }
   RegCloseKey(Key);
   EXPECT_EQ(RegDeleteKeyW(Base, Wide(Path)), ERROR_SUCCESS) << ToUtf8(Path);
-}
-
-// Where the kernel keeps the current user's key.
-std::u16string KernelPath(std::u16string_view BelowUser) {
-  HANDLE Token = nullptr;
-  alignas(TOKEN_USER) BYTE User[256] = {};
-  DWORD Size = 0;
-  wchar_t *Identifier = nullptr;
-  EXPECT_TRUE(OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &Token));
-  EXPECT_TRUE(GetTokenInformation(Token, TokenUser, User, sizeof User, &Size));
-  EXPECT_TRUE(ConvertSidToStringSidW(reinterpret_cast<TOKEN_USER *>(User)->User.Sid, &Identifier));
-  std::u16string Path = std::u16string(u"\\REGISTRY\\USER\\") + FromWide(Identifier) + u"\\" +
-                        std::u16string(BelowUser);
-  LocalFree(Identifier);
-  CloseHandle(Token);
-  return Path;
 }
 
 // Writes the content of a text into HKEY_CURRENT_USER, as bytes.
@@ -274,6 +257,11 @@ private:
 std::vector<TShortcutsKind> LiveShortcuts() {
   return {{"Live",
            []() -> std::unique_ptr<TTestShortcuts> { return std::make_unique<TLiveShortcuts>(); }}};
+}
+
+std::u16string KernelPath(std::u16string_view BelowUser) {
+  return u"\\REGISTRY\\USER\\" + MakeLivePlatform()->System->UserKey() + u"\\" +
+         std::u16string(BelowUser);
 }
 
 bool IsWine() { return FindFunction(L"ntdll.dll", "wine_get_version") != nullptr; }

@@ -7,6 +7,8 @@
 #include "platform/win32/Win32Registry.h"
 #include "tests/platform/TestHosts.h"
 
+#include <sddl.h>
+
 namespace hivesweep {
 namespace {
 
