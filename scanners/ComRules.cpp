@@ -54,7 +54,7 @@ std::optional<std::u16string> DeadClassTarget(const TScanContext &Context,
 }
 
 bool IsDeadLibrary(const TScanContext &Context, std::u16string_view Text) {
-  return UnitAt(Text, DotPosition(Text)) == u'.' && IsLocalPath(Context, Text) &&
+  return UnitAt(Text, DotPosition(Text)) == u'.' && IsLocalPath(Context.Disk, Text) &&
          Context.Disk.NoSuchFile(Text);
 }
 

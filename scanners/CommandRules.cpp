@@ -4,6 +4,7 @@
 
 #include "engine/PathRules.h"
 #include "platform/Text.h"
+#include "scanners/LocalTargets.h"
 
 namespace hivesweep {
 
@@ -73,8 +74,7 @@ TCommandText JudgeCommand(TScanRegistry &Engine, const TRegData &Value) {
 }
 
 bool IsPlainPath(TScanRegistry &Engine, std::u16string_view Path) {
-  return HasDriveForm(Path) && !Contains(Path, u'%') && !HasImpossibleName(Path) &&
-         Engine.Disk().IsOnFixedDrive(Path);
+  return !Contains(Path, u'%') && !HasImpossibleName(Path) && IsLocalPath(Engine.Disk(), Path);
 }
 
 bool IsGone(TScanRegistry &Engine, std::u16string_view Path) {

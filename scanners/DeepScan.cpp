@@ -40,15 +40,14 @@ public:
   explicit TDeepWalk(TScannerRun &Run)
       : Run_(Run), Matcher_(MakeMatcher(Run.Engine.ScannedAreaKeys)) {}
 
-  // Walks the key of this full path, without the subkey of the name LeftOut.
-  void Walk(std::u16string_view KeyPath, std::unique_ptr<TRegKey> Key,
-            const TPathVariables &Variables, std::u16string_view LeftOut = {}) {
+  // Walks a key, without the subkey of the name LeftOut.
+  void Walk(TKeyAt Top, const TPathVariables &Variables, std::u16string_view LeftOut = {}) {
     Variables_ = &Variables;
     Path_.clear();
     TPhraseMatcher::TState State = TPhraseMatcher::AtStart;
-    if (!Append(KeyPath, State))
+    if (!Append(Top.Path, State))
       return;
-    Enter(std::move(Key), State);
+    Enter(std::move(Top.Key), State);
     if (!LeftOut.empty())
       std::erase_if(Level().Names,
                     [&](const std::u16string &Name) { return EqualNoCase(Name, LeftOut); });
@@ -185,43 +184,43 @@ std::u16string TempDirOf(TScanRegistry &Engine, const std::u16string &User) {
 
 std::int32_t ScanDeepFileSystem(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                                 TProgressBar &ProgressBar, TGroupItems &Group) {
-  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, DeepScanArea, TLabel::DeepScan);
+  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, DeepScanArea);
+  Run.Begin(TLabel::DeepScan);
   const TPathVariables Variables = OwnVariables(Engine);
   // On 64-bit systems the other half of the machine's software, which a program of
   // that kind sees here itself.
   constexpr std::u16string_view OtherHalf = u"Wow6432Node";
   TDeepWalk Walk(Run);
-  if (auto Key = Engine.OpenKey(TRegRoot::LocalMachine, u"\\SOFTWARE"))
-    Walk.Walk(u"HKEY_LOCAL_MACHINE\\SOFTWARE", std::move(Key), Variables, OtherHalf);
+  if (TKeyAt Software = Run.Open(TRegRoot::LocalMachine, u"SOFTWARE"))
+    Walk.Walk(std::move(Software), Variables, OtherHalf);
   return Run.Found;
 }
 
 std::int32_t ScanDeepUsers(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                            TProgressBar &ProgressBar, TGroupItems &Group) {
-  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, DeepScanArea, TLabel::DeepScan);
+  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, DeepScanArea);
+  Run.Begin(TLabel::DeepScan);
   TPathVariables Variables = OwnVariables(Engine);
   TDeepWalk Walk(Run);
-  if (auto Key = Engine.OpenKey(TRegRoot::CurrentUser, u"\\"))
-    Walk.Walk(RegRootName(TRegRoot::CurrentUser), std::move(Key), Variables);
+  if (TKeyAt Own = Run.Open(TRegRoot::CurrentUser, u""))
+    Walk.Walk(std::move(Own), Variables);
 
   const std::u16string Current = Engine.Platform().System->UserKey();
-  const std::u16string_view Users = RegRootName(TRegRoot::Users);
-  const auto Root = Engine.OpenKey(TRegRoot::Users, u"\\");
-  if (!Root)
+  const TKeyAt Users = Run.Open(TRegRoot::Users, u"");
+  if (!Users)
     return Run.Found;
-  for (const std::u16string &User : Run.SubkeyNames(*Root, Users)) {
-    if (!Run.GoesOn())
-      break;
+  Run.ForEachName(Run.SubkeyNames(Users), [&](const std::u16string &User) {
     // "..._Classes" are software classes, which other areas look after.
     if (EqualNoCase(User, Current) || UpperCase(User).ends_with(u"_CLASSES"))
-      continue;
-    TRegOpened Opened = Root->OpenItself(User);
-    Engine.NoteUnreadable(Below(Users, User), Opened.Status);
+      return;
+    const std::u16string Path = Below(Users.Path, User);
+    TRegOpened Opened = Users.Key->OpenItself(User);
+    Engine.NoteUnreadable(Path, Opened.Status);
     if (!Opened.Key)
-      continue;
+      return;
     Variables.TempDir = TempDirOf(Engine, User);
-    Walk.Walk(Below(Users, User), std::move(Opened.Key), Variables);
-  }
+    Walk.Walk({std::move(Opened.Key), Path}, Variables);
+  });
   return Run.Found;
 }
 

@@ -7,8 +7,6 @@ namespace hivesweep {
 
 namespace {
 
-constexpr TClassesHome ClassRoot[] = {{TRegRoot::ClassesRoot, u""}};
-
 // A program by its bare name, which nothing tells any more how to start.
 bool IsUnknownProgram(TScannerRun &Run, std::u16string_view Program) {
   if (Trim(Program).empty() || Program.find_first_of(u"\\/:%\"") != std::u16string_view::npos)
@@ -27,50 +25,42 @@ bool IsLetter(std::u16string_view Name) {
 
 // Reports the key's values that Applies takes and Judge calls gone.
 template <typename TApplies, typename TJudge>
-void CheckValues(TScannerRun &Run, TRegKey &Key, std::u16string_view KeyPath, TApplies Applies,
-                 TJudge Judge) {
+void CheckValues(TScannerRun &Run, const TKeyAt &Key, TApplies Applies, TJudge Judge) {
   TRegValueList Values;
-  Run.Engine.NoteUnreadable(KeyPath, Key.Values(Values));
+  Run.Values(Key, Values);
   for (std::size_t Index = 0; Index < Values.Count(); ++Index) {
     const auto &[Name, Data] = Values[Index];
     if (Data.IsText() && Applies(Name) && Judge(Run, Data.Text()))
-      Run.ReportValue(TLabel::InvalidExtensions, KeyPath, Name, Data.Text(), Data.Text());
+      Run.ReportValue(TLabel::InvalidExtensions, Key.Path, Name, Data.Text(), Data.Text());
   }
 }
 
-void CheckExtension(TScannerRun &Run, TRegKey &Extension, std::u16string_view KeyPath) {
-  const TContent Content = ContentOf(Extension);
-  if (Content != TContent::Filled) {
-    Run.ReportKey(TLabel::UnusedExtensions, KeyPath, u"", Content == TContent::BlankDefault);
+void CheckExtension(TScannerRun &Run, const TKeyAt &Extension) {
+  if (ReportIfEmpty(Run, Extension, TLabel::UnusedExtensions))
     return;
-  }
   CheckValues(
-      Run, Extension, KeyPath,
-      [](std::u16string_view Name) { return EqualNoCase(Name, u"Application"); }, IsUnknownProgram);
+      Run, Extension, [](std::u16string_view Name) { return EqualNoCase(Name, u"Application"); },
+      IsUnknownProgram);
   CheckValues(
-      Run, Extension, KeyPath,
-      [](std::u16string_view Name) { return EqualNoCase(Name, u"Progid"); },
+      Run, Extension, [](std::u16string_view Name) { return EqualNoCase(Name, u"Progid"); },
       [](TScannerRun &Where, std::u16string_view Type) {
         return IsNoClass(Where, Type, ClassRoot);
       });
-  if (const auto Programs = Run.Open(Extension, KeyPath, u"OpenWithList"))
-    CheckValues(Run, *Programs, Below(KeyPath, u"OpenWithList"), IsLetter, IsUnknownProgram);
+  if (const TKeyAt Programs = Run.Open(Extension, u"OpenWithList"))
+    CheckValues(Run, Programs, IsLetter, IsUnknownProgram);
 }
 
 } // namespace
 
 std::int32_t ScanExplorerExtensions(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                                     TProgressBar &ProgressBar, TGroupItems &Group) {
-  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 14, TLabel::UnusedExtensions);
+  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 14);
+  Run.Begin(TLabel::UnusedExtensions);
   constexpr std::u16string_view Path =
-      u"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\FileExts";
-  const auto Extensions =
-      Engine.OpenKey(TRegRoot::CurrentUser, Path.substr(RegRootName(TRegRoot::CurrentUser).size()));
-  if (Extensions)
-    Run.ForEachKey(*Extensions, Path, Run.SubkeyNames(*Extensions, Path),
-                   [&](TRegKey &Extension, std::u16string_view KeyPath) {
-                     CheckExtension(Run, Extension, KeyPath);
-                   });
+      u"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\FileExts";
+  if (const TKeyAt Extensions = Run.Open(TRegRoot::CurrentUser, Path))
+    Run.ForEachKey(Extensions, Run.SubkeyNames(Extensions),
+                   [&](const TKeyAt &Extension) { CheckExtension(Run, Extension); });
   return Run.Found;
 }
 

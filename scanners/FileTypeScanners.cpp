@@ -12,8 +12,6 @@ namespace hivesweep {
 
 namespace {
 
-constexpr TClassesHome ClassRoot[] = {{TRegRoot::ClassesRoot, u""}};
-
 // One verb of a file type or application, which has a command.
 struct TVerb {
   std::u16string KeyPath;
@@ -23,12 +21,11 @@ struct TVerb {
 };
 
 // Tells of each verb below the key's "shell". False when not all could be read.
-template <typename TTake>
-bool ForEachVerb(TScannerRun &Run, TRegKey &Key, std::u16string_view KeyPath, TTake Take) {
-  const TRegOpened Shell = Key.Open(u"shell");
+template <typename TTake> bool ForEachVerb(TScannerRun &Run, const TKeyAt &At, TTake Take) {
+  const TRegOpened Shell = At.Key->Open(u"shell");
   if (!Shell.Key)
     return Shell.Status == TRegStatus::NotFound;
-  const std::u16string ShellPath = Below(KeyPath, u"shell");
+  const std::u16string ShellPath = Below(At.Path, u"shell");
   std::vector<std::u16string> Names;
   bool Whole = Shell.Key->SubkeyNames(Names) == TRegStatus::Ok;
   TRegValue Stored;
@@ -60,59 +57,44 @@ void ReportCommand(TScannerRun &Run, std::u16string_view KeyPath, std::int32_t I
                               StringLine(u"", Escaped(Verb.Stored))}});
 }
 
-void CheckIcon(TScannerRun &Run, TRegKey &Type, std::u16string_view TypePath) {
-  const auto Key = Run.Open(Type, TypePath, u"DefaultIcon");
+void CheckIcon(TScannerRun &Run, const TKeyAt &Type) {
+  const TKeyAt Key = Run.Open(Type, u"DefaultIcon");
   TRegValue Stored;
-  if (!Key || Key->Read(u"", Stored) != TRegStatus::Ok)
+  if (!Key || Key.Key->Read(u"", Stored) != TRegStatus::Ok)
     return;
   const TCommandText Icon = JudgeCommand(Run.Engine, Stored.Data());
-  if (Icon.Fate != TFate::Dead)
-    return;
-  const std::u16string KeyPath = Below(TypePath, u"DefaultIcon");
-  Run.Report({.Label = TLabel::ApplicationIcon,
-              .KeyPath = KeyPath,
-              .ValueName = std::u16string(WholeKey),
-              .Data = Icon.Expanded,
-              .ItemKind = Run.Engine.KindValue,
-              .BackupLines = {KeyLine(KeyPath), StringLine(u"", Escaped(Stored.Data().Text()))}});
-}
-
-// The key is reported when it holds nothing. True when it does.
-bool CheckContent(TScannerRun &Run, TRegKey &Key, std::u16string_view KeyPath, TLabel Label) {
-  const TContent Content = ContentOf(Key);
-  if (Content == TContent::Filled)
-    return false;
-  Run.ReportKey(Label, KeyPath, u"", Content == TContent::BlankDefault);
-  return true;
+  if (Icon.Fate == TFate::Dead)
+    Run.ReportKey(TLabel::ApplicationIcon, Key.Path, Icon.Expanded, Run.Engine.KindValue,
+                  Stored.Data().Text());
 }
 
 // The default value of an extension's key is reported when the type that it names is
 // gone and nothing else keeps the extension alive.
-void CheckDefaultType(TScannerRun &Run, TRegKey &Extension, std::u16string_view KeyPath,
-                      TLabel Label, std::span<const TClassesHome> Homes) {
-  const std::u16string Type = DefaultText(Extension);
+void CheckDefaultType(TScannerRun &Run, const TKeyAt &Extension, TLabel Label,
+                      std::span<const TClassesHome> Homes) {
+  const std::u16string Type(Run.DefaultText(Extension).value_or(u""));
   if (IsNoClass(Run, Type, Homes) && !IsKeptAlive(Run, Extension, Homes))
-    Run.ReportValue(Label, KeyPath, u"", Type, Type);
+    Run.ReportValue(Label, Extension.Path, u"", Type, Type);
 }
 
-void CheckApplication(TScannerRun &Run, TRegKey &Key, std::u16string_view KeyPath) {
+void CheckApplication(TScannerRun &Run, const TKeyAt &Application) {
   std::optional<TVerb> FirstDead;
   bool AnyAlive = false;
-  const bool Whole = ForEachVerb(Run, Key, KeyPath, [&](TVerb Verb) {
+  const bool Whole = ForEachVerb(Run, Application, [&](TVerb Verb) {
     AnyAlive |= Verb.Command.Fate == TFate::Alive;
     if (Verb.Command.Fate == TFate::Dead && !FirstDead)
       FirstDead = std::move(Verb);
   });
   // A command that can't be read may be the one that lives.
   if (FirstDead && !AnyAlive && Whole)
-    ReportCommand(Run, KeyPath, Run.Engine.KindKey, *FirstDead);
+    ReportCommand(Run, Application.Path, Run.Engine.KindKey, *FirstDead);
 }
 
-void CheckFileType(TScannerRun &Run, TRegKey &Type, std::u16string_view TypePath) {
-  if (CheckContent(Run, Type, TypePath, TLabel::EmptyKey))
+void CheckFileType(TScannerRun &Run, const TKeyAt &Type) {
+  if (ReportIfEmpty(Run, Type, TLabel::EmptyKey))
     return;
-  CheckIcon(Run, Type, TypePath);
-  ForEachVerb(Run, Type, TypePath, [&](const TVerb &Verb) {
+  CheckIcon(Run, Type);
+  ForEachVerb(Run, Type, [&](const TVerb &Verb) {
     if (Verb.Command.Fate == TFate::Dead)
       ReportCommand(Run, Verb.KeyPath, Run.Engine.KindValue, Verb);
   });
@@ -122,55 +104,51 @@ void CheckFileType(TScannerRun &Run, TRegKey &Type, std::u16string_view TypePath
 
 std::int32_t ScanApplications(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                               TProgressBar &ProgressBar, TGroupItems &Group) {
-  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 2, TLabel::ApplicationIcon);
-  constexpr std::u16string_view Path = u"HKEY_CLASSES_ROOT\\Applications";
-  if (const auto Key = Engine.OpenKey(TRegRoot::ClassesRoot, u"\\Applications"))
-    Run.ForEachKey(*Key, Path, Run.SubkeyNames(*Key, Path),
-                   [&](TRegKey &Application, std::u16string_view KeyPath) {
-                     CheckApplication(Run, Application, KeyPath);
-                   });
+  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 2);
+  Run.Begin(TLabel::ApplicationIcon);
+  if (const TKeyAt Top = Run.Open(TRegRoot::ClassesRoot, u"Applications"))
+    Run.ForEachKey(Top, Run.SubkeyNames(Top),
+                   [&](const TKeyAt &Application) { CheckApplication(Run, Application); });
   return Run.Found;
 }
 
 std::int32_t ScanFileTypes(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                            TProgressBar &ProgressBar, TGroupItems &Group) {
-  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 3, TLabel::InvalidExtensions);
-  Run.MovesPerKey = true;
-  if (const auto Classes = Engine.OpenKey(TRegRoot::ClassesRoot, u"\\"))
-    Run.ForEachKey(
-        *Classes, RegRootName(TRegRoot::ClassesRoot), Engine.FileTypeNames,
-        [&](TRegKey &Type, std::u16string_view KeyPath) { CheckFileType(Run, Type, KeyPath); });
+  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 3);
+  Run.Begin(TLabel::InvalidExtensions);
+  Run.MovesPerName = true;
+  if (const TKeyAt Classes = Run.Open(TRegRoot::ClassesRoot, u""))
+    Run.ForEachKey(Classes, Engine.FileTypeNames,
+                   [&](const TKeyAt &Type) { CheckFileType(Run, Type); });
   return Run.Found;
 }
 
 std::int32_t ScanExtensions(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                             TProgressBar &ProgressBar, TGroupItems &Group) {
-  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 3, TLabel::UnusedExtensions);
-  Run.MovesPerKey = true;
-  if (const auto Classes = Engine.OpenKey(TRegRoot::ClassesRoot, u"\\"))
-    Run.ForEachKey(*Classes, RegRootName(TRegRoot::ClassesRoot), Engine.ExtensionNames,
-                   [&](TRegKey &Extension, std::u16string_view KeyPath) {
-                     if (!CheckContent(Run, Extension, KeyPath, TLabel::UnusedExtensions))
-                       CheckDefaultType(Run, Extension, KeyPath, TLabel::InvalidExtensions,
-                                        ClassRoot);
-                   });
+  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 3);
+  Run.Begin(TLabel::UnusedExtensions);
+  Run.MovesPerName = true;
+  if (const TKeyAt Classes = Run.Open(TRegRoot::ClassesRoot, u""))
+    Run.ForEachKey(Classes, Engine.ExtensionNames, [&](const TKeyAt &Extension) {
+      if (!ReportIfEmpty(Run, Extension, TLabel::UnusedExtensions))
+        CheckDefaultType(Run, Extension, TLabel::InvalidExtensions, ClassRoot);
+    });
   return Run.Found;
 }
 
 std::int32_t ScanMachineClasses(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                                 TProgressBar &ProgressBar, TGroupItems &Group) {
-  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 15, TLabel::ActiveX);
-  Run.MovesPerKey = true;
-  constexpr std::u16string_view Path = u"HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes";
+  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 15);
+  Run.Begin(TLabel::ActiveX);
+  Run.MovesPerName = true;
   constexpr TClassesHome Homes[] = {{TRegRoot::LocalMachine, u"SOFTWARE\\Classes\\"},
                                     {TRegRoot::ClassesRoot, u""}};
-  if (const auto Classes = Engine.OpenKey(TRegRoot::LocalMachine, u"\\SOFTWARE\\Classes"))
-    Run.ForEachKey(*Classes, Path, Run.SubkeyNames(*Classes, Path),
-                   [&](TRegKey &Key, std::u16string_view KeyPath) {
-                     const bool IsExtension = KeyPath[Path.size() + 1] == u'.';
-                     if (!CheckContent(Run, Key, KeyPath, TLabel::EmptyKey) && IsExtension)
-                       CheckDefaultType(Run, Key, KeyPath, TLabel::UnusedExtensions, Homes);
-                   });
+  if (const TKeyAt Classes = Run.Open(TRegRoot::LocalMachine, u"SOFTWARE\\Classes"))
+    Run.ForEachKey(Classes, Run.SubkeyNames(Classes), [&](const TKeyAt &Key) {
+      const bool IsExtension = Key.Path[Classes.Path.size() + 1] == u'.';
+      if (!ReportIfEmpty(Run, Key, TLabel::EmptyKey) && IsExtension)
+        CheckDefaultType(Run, Key, TLabel::UnusedExtensions, Homes);
+    });
   return Run.Found;
 }
 

@@ -6,16 +6,30 @@
 
 namespace hivesweep {
 
-TContent ContentOf(TRegKey &Key) {
-  TRegCounts Counts;
-  if (Key.Counts(Counts) != TRegStatus::Ok || Counts.Subkeys != 0 || Counts.Values > 1)
+TContent ContentOf(TScannerRun &Run, const TKeyAt &At) {
+  const auto Counts = Run.Counts(At);
+  if (!Counts || Counts->Subkeys != 0 || Counts->Values > 1)
     return TContent::Filled;
-  if (Counts.Values == 0)
+  if (Counts->Values == 0)
     return TContent::Nothing;
-  TRegValue Default;
-  const bool Blank = Key.Read(u"", Default) == TRegStatus::Ok && Default.Data().IsText() &&
-                     Trim(Default.Data().Text()).empty();
-  return Blank ? TContent::BlankDefault : TContent::Filled;
+  const auto Default = Run.DefaultText(At);
+  return Default && Trim(*Default).empty() ? TContent::BlankDefault : TContent::Filled;
+}
+
+bool HoldsOnlyItsDefault(TScannerRun &Run, const TKeyAt &At) {
+  const auto Counts = Run.Counts(At);
+  return Counts && Counts->Subkeys == 0 && Counts->Values == 1;
+}
+
+bool ReportIfEmpty(TScannerRun &Run, const TKeyAt &At, TLabel Label) {
+  const TContent Content = ContentOf(Run, At);
+  if (Content == TContent::Filled)
+    return false;
+  std::optional<std::u16string_view> Default;
+  if (Content == TContent::BlankDefault)
+    Default = u"";
+  Run.ReportKey(Label, At.Path, u"", Run.Engine.KindKey, Default);
+  return true;
 }
 
 bool IsNoClass(TScannerRun &Run, std::u16string_view Name, std::span<const TClassesHome> Homes) {
@@ -25,14 +39,15 @@ bool IsNoClass(TScannerRun &Run, std::u16string_view Name, std::span<const TClas
          });
 }
 
-bool IsKeptAlive(TScannerRun &Run, TRegKey &Extension, std::span<const TClassesHome> Homes) {
+bool IsKeptAlive(TScannerRun &Run, const TKeyAt &Extension, std::span<const TClassesHome> Homes) {
+  TRegKey &Key = *Extension.Key;
   for (const std::u16string_view Subkey : {u"shell", u"ShellEx", u"PersistentHandler"})
-    if (Extension.Open(Subkey).Status != TRegStatus::NotFound)
+    if (Key.Open(Subkey).Status != TRegStatus::NotFound)
       return true;
   TRegValue Kind;
-  if (Extension.Read(u"PerceivedType", Kind) != TRegStatus::NotFound)
+  if (Key.Read(u"PerceivedType", Kind) != TRegStatus::NotFound)
     return true;
-  const TRegOpened Others = Extension.Open(u"OpenWithProgids");
+  const TRegOpened Others = Key.Open(u"OpenWithProgids");
   if (!Others.Key)
     return Others.Status != TRegStatus::NotFound;
   TRegValueList Types;
@@ -42,13 +57,6 @@ bool IsKeptAlive(TScannerRun &Run, TRegKey &Extension, std::span<const TClassesH
     if (!Types[Index].Name.empty() && !IsNoClass(Run, Types[Index].Name, Homes))
       return true;
   return false;
-}
-
-std::u16string DefaultText(TRegKey &Key) {
-  TRegValue Default;
-  if (Key.Read(u"", Default) != TRegStatus::Ok || !Default.Data().IsText())
-    return {};
-  return std::u16string(Default.Data().Text());
 }
 
 } // namespace hivesweep

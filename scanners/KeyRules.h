@@ -1,4 +1,4 @@
-// Whether a key of the classes is of no use any more.
+// What the content of a key tells of its use. What can't be read is of use.
 #pragma once
 
 #include <span>
@@ -11,23 +11,29 @@ namespace hivesweep {
 // What a key that says nothing has; everything else is Filled.
 enum class TContent { Nothing, BlankDefault, Filled };
 
-// The key has neither subkeys nor values, or one default value without text. What
-// can't be read is Filled.
-TContent ContentOf(TRegKey &Key);
+// The key has neither subkeys nor values, or one default value without text.
+TContent ContentOf(TScannerRun &Run, const TKeyAt &At);
+
+// The key, which has a default value, has nothing else: no other value, no subkey.
+bool HoldsOnlyItsDefault(TScannerRun &Run, const TKeyAt &At);
+
+// Reports the key when it holds nothing; a blank default value is in the lines. True
+// when it does.
+bool ReportIfEmpty(TScannerRun &Run, const TKeyAt &At, TLabel Label);
 
 // An extension's key whose type of file is gone is of use all the same: it names
 // another type that is there, has actions of its own or tells what kind of file it is.
-// Types are looked for in the classes of all Homes; a key that can't be read is of use.
+// Types are looked for in the classes of all Homes.
 struct TClassesHome {
   TRegRoot Root;
   std::u16string_view Front; // with a backslash at its end, or empty
 };
-bool IsKeptAlive(TScannerRun &Run, TRegKey &Extension, std::span<const TClassesHome> Homes);
+bool IsKeptAlive(TScannerRun &Run, const TKeyAt &Extension, std::span<const TClassesHome> Homes);
+
+// The classes that all programs see.
+inline constexpr TClassesHome ClassRoot[] = {{TRegRoot::ClassesRoot, u""}};
 
 // None of Homes has a class of that name, which is not blank.
 bool IsNoClass(TScannerRun &Run, std::u16string_view Name, std::span<const TClassesHome> Homes);
-
-// The default value's text; empty where there is none.
-std::u16string DefaultText(TRegKey &Key);
 
 } // namespace hivesweep

@@ -5,13 +5,13 @@
 
 namespace hivesweep {
 
-bool IsLocalPath(const TScanContext &Context, std::u16string_view Path) {
-  return HasDriveForm(Path) && Context.Disk.IsOnFixedDrive(Path);
+bool IsLocalPath(TScanDisk &Disk, std::u16string_view Path) {
+  return HasDriveForm(Path) && Disk.IsOnFixedDrive(Path);
 }
 
 bool IsGoneFileOrFolder(const TScanContext &Context, std::u16string_view Path,
                         std::int32_t Quotes) {
-  if (!IsLocalPath(Context, Path))
+  if (!IsLocalPath(Context.Disk, Path))
     return false;
   const std::u16string_view File = ExtractFileFromCommand(Path);
   if (!Context.Disk.NoSuchFile(File))

@@ -9,7 +9,7 @@
 namespace hivesweep {
 
 // A path in drive form on a fixed drive: the only kind that most rules look up.
-bool IsLocalPath(const TScanContext &Context, std::u16string_view Path);
+bool IsLocalPath(TScanDisk &Disk, std::u16string_view Path);
 
 // The command or path names neither a file nor, where it has no dot and came with no
 // more than one pair of quotes, a folder. Quotes: those of the text as the registry

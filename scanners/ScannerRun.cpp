@@ -6,12 +6,20 @@
 
 namespace hivesweep {
 
-TScannerRun::TScannerRun(TScanRegistry &Owner, TStatusLabel &StatusLabel, TProgressBar &Bar,
-                         TGroupItems &Group, int Area, TLabel Status)
-    : Engine(Owner), ProgressBar(Bar), Group_(Group), Area_(Area) {
-  ProgressBar.Advance();
-  Engine.ShowStatus(StatusLabel, Status);
+std::u16string Below(std::u16string_view Parent, std::u16string_view Name) {
+  return std::u16string(Parent).append(u"\\").append(Name);
 }
+
+TScannerRun::TScannerRun(TScanRegistry &Owner, TStatusLabel &StatusLabel, TProgressBar &Bar,
+                         TGroupItems &Group, int Area)
+    : Engine(Owner), ProgressBar(Bar), StatusLabel_(StatusLabel), Group_(Group), Area_(Area) {}
+
+void TScannerRun::Begin(TLabel Status) {
+  ProgressBar.Advance();
+  ShowStatus(Status);
+}
+
+void TScannerRun::ShowStatus(TLabel Status) { Engine.ShowStatus(StatusLabel_, Status); }
 
 bool TScannerRun::GoesOn() {
   if (Engine.Stopped)
@@ -20,16 +28,71 @@ bool TScannerRun::GoesOn() {
   return !Engine.Stopped;
 }
 
+// ---- keys ---------------------------------------------------------------------------
+
+bool TScannerRun::IsOk(TRegStatus Status, std::u16string_view KeyPath) {
+  Engine.NoteUnreadable(KeyPath, Status);
+  return Status == TRegStatus::Ok;
+}
+
+TKeyAt TScannerRun::Open(TRegRoot Root, std::u16string_view Path) {
+  const std::u16string_view RootName = RegRootName(Root);
+  return {Engine.OpenKey(Root, u"\\" + std::u16string(Path)),
+          Path.empty() ? std::u16string(RootName) : Below(RootName, Path)};
+}
+
+TKeyAt TScannerRun::Open(const TKeyAt &Parent, std::u16string_view Name) {
+  std::u16string Path = Parent.Path + u"\\";
+  std::unique_ptr<TRegKey> Key = Engine.OpenSubkey(*Parent.Key, Path, Name);
+  return {std::move(Key), Path.append(Name)};
+}
+
+TKeyNames TScannerRun::SubkeyNames(const TKeyAt &At) {
+  TKeyNames Names;
+  IsOk(At.Key->SubkeyNames(Names), At.Path);
+  return Names;
+}
+
+std::optional<TKeyNames> TScannerRun::AllSubkeyNames(const TKeyAt &At) {
+  TKeyNames Names;
+  if (!IsOk(At.Key->SubkeyNames(Names), At.Path))
+    return std::nullopt;
+  return Names;
+}
+
+std::optional<TRegCounts> TScannerRun::Counts(const TKeyAt &At) {
+  TRegCounts Counts;
+  if (!IsOk(At.Key->Counts(Counts), At.Path))
+    return std::nullopt;
+  return Counts;
+}
+
+bool TScannerRun::Values(const TKeyAt &At, TRegValueList &Out) {
+  return IsOk(At.Key->Values(Out), At.Path);
+}
+
+std::optional<std::u16string_view> TScannerRun::DefaultText(const TKeyAt &At) {
+  if (!IsOk(At.Key->Read(u"", Default_), At.Path) || !Default_.Data().IsText())
+    return std::nullopt;
+  return Default_.Data().Text();
+}
+
+bool TScannerRun::NoSuchKey(TRegRoot Root, std::u16string_view Path) {
+  return Engine.Platform().Registry->Open(Root, Path).Status == TRegStatus::NotFound;
+}
+
+// ---- reports ------------------------------------------------------------------------
+
 void TScannerRun::ReportKey(TLabel Label, std::u16string_view KeyPath, std::u16string_view Data,
-                            bool HasBlankDefault) {
+                            std::int32_t ItemKind, std::optional<std::u16string_view> Default) {
   std::vector<std::u16string> Lines = {KeyLine(KeyPath)};
-  if (HasBlankDefault)
-    Lines.push_back(StringLine(u"", u""));
+  if (Default)
+    Lines.push_back(StringLine(u"", Escaped(*Default)));
   Report({.Label = Label,
           .KeyPath = std::u16string(KeyPath),
           .ValueName = std::u16string(WholeKey),
           .Data = std::u16string(Data),
-          .ItemKind = Engine.KindKey,
+          .ItemKind = ItemKind,
           .BackupLines = std::move(Lines)});
 }
 
@@ -47,25 +110,6 @@ void TScannerRun::Report(TFinding Finding) {
   ++Found;
   Finding.Area = Area_;
   Engine.Report(Group_, std::move(Finding));
-}
-
-std::unique_ptr<TRegKey> TScannerRun::Open(TRegKey &Parent, std::u16string_view ParentPath,
-                                           std::u16string_view Name) {
-  return Engine.OpenSubkey(Parent, std::u16string(ParentPath) + u"\\", Name);
-}
-
-std::vector<std::u16string> TScannerRun::SubkeyNames(TRegKey &Key, std::u16string_view KeyPath) {
-  std::vector<std::u16string> Names;
-  Engine.NoteUnreadable(KeyPath, Key.SubkeyNames(Names));
-  return Names;
-}
-
-bool TScannerRun::NoSuchKey(TRegRoot Root, std::u16string_view Path) {
-  return Engine.Platform().Registry->Open(Root, Path).Status == TRegStatus::NotFound;
-}
-
-std::u16string Below(std::u16string_view Parent, std::u16string_view Name) {
-  return std::u16string(Parent).append(u"\\").append(Name);
 }
 
 } // namespace hivesweep

@@ -5,6 +5,7 @@
 #include "engine/PathRules.h"
 #include "platform/Text.h"
 #include "scanners/CommandRules.h"
+#include "scanners/LocalTargets.h"
 #include "scanners/ScannerRun.h"
 #include "scanners/ShellScanners.h"
 #include "scanners/ValueScan.h"
@@ -85,8 +86,7 @@ constexpr TScanKey ShellFoldersKeys[] = {
 
 std::optional<TVerdict> JudgeShellFolder(const TScanContext &Context, const TScanEntry &Entry) {
   const std::u16string Path(Entry.Value.Text());
-  if (!HasDriveForm(Path) || Contains(Path, u'%') || !Context.Disk.IsOnFixedDrive(Path) ||
-      !Context.Disk.NoSuchFolder(Path))
+  if (Contains(Path, u'%') || !IsLocalPath(Context.Disk, Path) || !Context.Disk.NoSuchFolder(Path))
     return std::nullopt;
   return TVerdict{Path, Path, false};
 }
@@ -103,7 +103,8 @@ constexpr TValueScan ShellFolders = {
 
 std::int32_t ScanShortcutFiles(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                                TProgressBar &ProgressBar, TGroupItems &Group) {
-  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 8, TLabel::Shortcuts);
+  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 8);
+  Run.Begin(TLabel::Shortcuts);
   TFoldersToSee Waiting = ShortcutFolders(*Engine.Platform().Folders);
   std::reverse(Waiting.begin(), Waiting.end());
   while (!Waiting.empty() && Run.GoesOn()) {

@@ -6,67 +6,73 @@
 #include "engine/ExportLines.h"
 #include "engine/PathRules.h"
 #include "platform/Text.h"
-#include "scanners/KeyScan.h"
+#include "scanners/KeyRules.h"
 #include "scanners/LocalTargets.h"
+#include "scanners/ScannerRun.h"
 
 namespace hivesweep {
 
 namespace {
 
 constexpr TRegRoot Machine = TRegRoot::LocalMachine;
-constexpr TRegRoot User = TRegRoot::CurrentUser;
 
-constexpr TKeyScan UserSoftware = {9, TLabel::Software, User, u"Software\\"};
-constexpr TKeyScan MachineSoftware = {9, TLabel::Software, Machine, u"Software\\"};
-constexpr TKeyScan Uninstall = {9, TLabel::Software, Machine,
-                                u"Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\"};
-constexpr TKeyScan ARPCache = {
-    9, TLabel::Software, Machine,
-    u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Management\\ARPCache\\"};
+constexpr std::u16string_view Uninstall =
+    u"Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
+constexpr std::u16string_view ARPCache =
+    u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Management\\ARPCache";
+
+// Moves the bar, opens the key, and when that can be done shows the label.
+TKeyAt Begin(TScannerRun &Run, TRegRoot Root, std::u16string_view Path) {
+  Run.ProgressBar.Advance();
+  TKeyAt Top = Run.Open(Root, Path);
+  if (Top)
+    Run.ShowStatus(TLabel::Software);
+  return Top;
+}
 
 // A vendor's key is empty without subkeys, when it has no values or one default value
 // without text. BlankDefaultKind: the kind of the problem in the second case.
-std::int32_t ScanSoftware(const TKeyScan &Scan, std::int32_t TScanRegistry::*BlankDefaultKind,
-                          TScanRegistry &Engine, TStatusLabel &StatusLabel,
-                          TProgressBar &ProgressBar, TGroupItems &Group) {
-  ProgressBar.Advance();
-  TKeyWalk Walk(Scan, Engine, StatusLabel, Group);
-  return Walk.Run([&](const std::u16string &Name) {
+std::int32_t ScanSoftware(TScannerRun Run, TRegRoot Root, std::int32_t BlankDefaultKind) {
+  const TKeyAt Top = Begin(Run, Root, u"Software");
+  if (!Top)
+    return 0;
+  Run.ForEachName(Run.SubkeyNames(Top), [&](const std::u16string &Name) {
     if (Name == u"Classes") // in this spelling alone
       return;
-    const TKeyAt Key = Walk.Open(Name);
-    const auto Counts = Key.Key ? Walk.Counts(Key) : std::nullopt;
-    if (!Counts || Counts->Subkeys != 0 || Counts->Values > 1)
-      return;
-    if (Counts->Values == 0)
-      return Walk.ReportKey(TLabel::Software, Key, u"", Engine.KindValue);
-    const auto Default = Walk.DefaultText(Key);
-    if (Default && Trim(*Default).empty())
-      Walk.ReportKey(TLabel::Software, Key, u"", Engine.*BlankDefaultKind);
+    const TKeyAt Key = Run.Open(Top, Name);
+    const TContent Content = Key ? ContentOf(Run, Key) : TContent::Filled;
+    if (Content != TContent::Filled)
+      Run.ReportKey(TLabel::Software, Key.Path, u"",
+                    Content == TContent::Nothing ? Run.Engine.KindValue : BlankDefaultKind);
   });
+  return Run.Found;
 }
 
 // One walk over the uninstall entries.
 class TUninstallWalk {
 public:
-  TUninstallWalk(TScanRegistry &Engine, TStatusLabel &StatusLabel, TGroupItems &Group)
-      : Engine_(Engine),
-        Walk_(Uninstall, Engine, StatusLabel, Group), Context_{Engine.Disk(), Engine.WinDir,
-                                                               false} {
-    Engine.UninstallNames.insert(Engine.UninstallNames.end(), Walk_.Names().begin(),
-                                 Walk_.Names().end());
-  }
+  TUninstallWalk(TScanRegistry &Engine, TStatusLabel &StatusLabel, TProgressBar &ProgressBar,
+                 TGroupItems &Group)
+      : Run_(Engine, StatusLabel, ProgressBar, Group, 9), Context_{Engine.Disk(), Engine.WinDir,
+                                                                   false} {}
 
-  std::int32_t Run() {
-    return Walk_.Run([this](const std::u16string &Name) { LookAtEntry(Walk_.Open(Name)); });
+  std::int32_t OverEntries() {
+    const TKeyAt Top = Begin(Run_, Machine, Uninstall);
+    if (!Top)
+      return 0;
+    const TKeyNames Names = Run_.SubkeyNames(Top);
+    std::vector<std::u16string> &Known = Run_.Engine.UninstallNames;
+    Known.insert(Known.end(), Names.begin(), Names.end());
+    Run_.ForEachKey(Top, Names, [this](const TKeyAt &Entry) { LookAtEntry(Entry); });
+    return Run_.Found;
   }
 
 private:
   void LookAtEntry(const TKeyAt &Entry) {
-    if (!Entry.Key || !Walk_.Values(Entry, Values_) || Values_.Count() == 0)
+    if (!Run_.Values(Entry, Values_) || Values_.Count() == 0)
       return;
     if (Values_.Count() == 1 && Trim(Values_[0].Name).empty()) {
-      const auto Counts = Walk_.Counts(Entry);
+      const auto Counts = Run_.Counts(Entry);
       if (!Counts || (Counts->Subkeys == 0 && !IsWorthALook(Entry)))
         return;
     }
@@ -82,7 +88,7 @@ private:
       return false;
     if (!Trim(Values_[0].Data.Text()).empty())
       return true;
-    Walk_.ReportKey(TLabel::Uninstaller, Entry, u"", Engine_.KindValue);
+    Run_.ReportKey(TLabel::Uninstaller, Entry.Path, u"", Run_.Engine.KindValue);
     return false;
   }
 
@@ -94,13 +100,12 @@ private:
     Finding.KeyPath = Entry.Path;
     Finding.ValueName = Name;
     Finding.Data = Data;
-    Finding.ItemKind = Engine_.KindValue;
+    Finding.ItemKind = Run_.Engine.KindValue;
     Finding.BackupLines = {KeyLine(Entry.Path), UninstallLine(Name, Data)};
-    Walk_.Report(std::move(Finding));
+    Run_.Report(std::move(Finding));
   }
 
-  TScanRegistry &Engine_;
-  TKeyWalk Walk_;
+  TScannerRun Run_;
   const TScanContext Context_;
   TRegValueList Values_; // of the entry that is looked at
 };
@@ -123,35 +128,34 @@ std::u16string UninstallLine(std::u16string_view Name, std::u16string_view Data)
 
 std::int32_t ScanUserSoftware(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                               TProgressBar &ProgressBar, TGroupItems &Group) {
-  return ScanSoftware(UserSoftware, &TScanRegistry::KindValue, Engine, StatusLabel, ProgressBar,
-                      Group);
+  return ScanSoftware({Engine, StatusLabel, ProgressBar, Group, 9}, TRegRoot::CurrentUser,
+                      Engine.KindValue);
 }
 
 std::int32_t ScanMachineSoftware(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                                  TProgressBar &ProgressBar, TGroupItems &Group) {
-  return ScanSoftware(MachineSoftware, &TScanRegistry::KindKey, Engine, StatusLabel, ProgressBar,
-                      Group);
+  return ScanSoftware({Engine, StatusLabel, ProgressBar, Group, 9}, Machine, Engine.KindKey);
 }
 
 std::int32_t ScanUninstall(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                            TProgressBar &ProgressBar, TGroupItems &Group) {
-  ProgressBar.Advance();
-  return TUninstallWalk(Engine, StatusLabel, Group).Run();
+  return TUninstallWalk(Engine, StatusLabel, ProgressBar, Group).OverEntries();
 }
 
 std::int32_t ScanARPCache(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                           TProgressBar &ProgressBar, TGroupItems &Group) {
-  ProgressBar.Advance();
-  TKeyWalk Walk(ARPCache, Engine, StatusLabel, Group);
+  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 9);
+  const TKeyAt Top = Begin(Run, Machine, ARPCache);
   // Names that could not be read are not missing.
-  if (Engine.IsUnreadable(FullPath(Uninstall)))
+  if (!Top || Engine.IsUnreadable(Below(RegRootName(Machine), Uninstall)))
     return 0;
   const std::set<std::u16string_view, TNameLess> Installed(Engine.UninstallNames.begin(),
                                                            Engine.UninstallNames.end());
-  return Walk.Run([&](const std::u16string &Name) {
+  Run.ForEachName(Run.SubkeyNames(Top), [&](const std::u16string &Name) {
     if (!Installed.contains(Name))
-      Walk.ReportKey(TLabel::Uninstaller, Walk.PathOf(Name), u"", Engine.KindValue);
+      Run.ReportKey(TLabel::Uninstaller, Below(Top.Path, Name), u"", Engine.KindValue);
   });
+  return Run.Found;
 }
 
 } // namespace hivesweep

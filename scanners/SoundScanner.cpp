@@ -29,33 +29,29 @@ std::u16string MissingSound(TScanRegistry &Engine, const TRegData &Value) {
   return Path;
 }
 
+void CheckSound(TScannerRun &Run, const TKeyAt &Current) {
+  TRegValue Value;
+  if (Current.Key->Read(u"", Value) != TRegStatus::Ok || !Value.Data().IsText())
+    return;
+  if (const std::u16string Sound = MissingSound(Run.Engine, Value.Data()); !Sound.empty())
+    Run.ReportValue(TLabel::Sound, Current.Path, u"", Sound, Value.Data().Text());
+}
+
 } // namespace
 
 std::int32_t ScanSounds(TScanRegistry &Engine, TStatusLabel &StatusLabel, TProgressBar &ProgressBar,
                         TGroupItems &Group) {
-  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 10, TLabel::Sound);
-  constexpr std::u16string_view Path = u"HKEY_CURRENT_USER\\AppEvents\\Schemes\\Apps";
-  const auto Programs = Engine.OpenKey(TRegRoot::CurrentUser, u"\\AppEvents\\Schemes\\Apps");
-  if (!Programs)
+  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 10);
+  Run.Begin(TLabel::Sound);
+  const TKeyAt Top = Run.Open(TRegRoot::CurrentUser, u"AppEvents\\Schemes\\Apps");
+  if (!Top)
     return 0;
-  TRegValue Value;
-  for (const std::u16string &Program : Run.SubkeyNames(*Programs, Path)) {
-    const std::u16string ProgramPath = Below(Path, Program);
-    const auto Events = Run.Open(*Programs, Path, Program);
-    if (!Events)
-      continue;
-    for (const std::u16string &Event : Run.SubkeyNames(*Events, ProgramPath)) {
-      if (!Run.GoesOn())
-        return Run.Found;
-      const std::u16string Current = Below(Event, u".Current");
-      const auto Key = Run.Open(*Events, ProgramPath, Current);
-      if (!Key || Key->Read(u"", Value) != TRegStatus::Ok || !Value.Data().IsText())
-        continue;
-      if (const std::u16string Sound = MissingSound(Engine, Value.Data()); !Sound.empty())
-        Run.ReportValue(TLabel::Sound, Below(ProgramPath, Current), u"", Sound,
-                        Value.Data().Text());
-    }
-  }
+  for (const std::u16string &Name : Run.SubkeyNames(Top))
+    if (const TKeyAt Program = Run.Open(Top, Name))
+      Run.ForEachName(Run.SubkeyNames(Program), [&](const std::u16string &Event) {
+        if (const TKeyAt Current = Run.Open(Program, Below(Event, u".Current")))
+          CheckSound(Run, Current);
+      });
   return Run.Found;
 }
 

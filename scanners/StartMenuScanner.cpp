@@ -12,12 +12,11 @@ namespace hivesweep {
 namespace {
 
 constexpr std::u16string_view OrderPath =
-    u"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\MenuOrder";
+    u"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\MenuOrder";
 
 // A key of the order, and the folders of the two start menus that it may stand for.
 struct TMenu {
-  std::u16string KeyPath;
-  std::unique_ptr<TRegKey> Key;
+  TKeyAt Key;
   std::vector<std::u16string> Folders; // the user's first
 };
 
@@ -40,29 +39,27 @@ std::vector<std::u16string> FoldersBelow(const std::vector<std::u16string> &Pare
 
 // Judges the keys below a menu; those that are alive wait for their own turn.
 void CheckMenu(TScannerRun &Run, TMenu &Menu, std::vector<TMenu> &Waiting) {
-  for (const std::u16string &Name : Run.SubkeyNames(*Menu.Key, Menu.KeyPath)) {
-    if (!Run.GoesOn())
-      return;
+  Run.ForEachName(Run.SubkeyNames(Menu.Key), [&](const std::u16string &Name) {
     if (IsMenuItself(Name))
-      continue;
-    const std::u16string KeyPath = Below(Menu.KeyPath, Name);
+      return;
     std::vector<std::u16string> Folders = FoldersBelow(Menu.Folders, Name);
     const std::u16string Expected = Folders.front();
     std::erase_if(Folders, [&](const std::u16string &Folder) {
       return Run.Engine.Disk().NoSuchFolder(Folder);
     });
     if (Folders.empty())
-      Run.ReportKey(TLabel::StartMenu, KeyPath, Expected);
-    else if (auto Key = Run.Open(*Menu.Key, Menu.KeyPath, Name))
-      Waiting.push_back({KeyPath, std::move(Key), std::move(Folders)});
-  }
+      Run.ReportKey(TLabel::StartMenu, Below(Menu.Key.Path, Name), Expected, Run.Engine.KindKey);
+    else if (TKeyAt Key = Run.Open(Menu.Key, Name))
+      Waiting.push_back({std::move(Key), std::move(Folders)});
+  });
 }
 
 } // namespace
 
 std::int32_t ScanStartMenu(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                            TProgressBar &ProgressBar, TGroupItems &Group) {
-  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 11, TLabel::StartMenu);
+  TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 11);
+  Run.Begin(TLabel::StartMenu);
   TFolders &Folders = *Engine.Platform().Folders;
   std::vector<std::u16string> Menus;
   for (const TSpecialFolder Folder : {TSpecialFolder::StartMenu, TSpecialFolder::CommonStartMenu}) {
@@ -73,13 +70,9 @@ std::int32_t ScanStartMenu(TScanRegistry &Engine, TStatusLabel &StatusLabel,
     Menus.push_back(Path);
   }
   for (const std::u16string_view Name : {u"Start Menu", u"Start Menu2"}) {
-    TMenu Top = {Below(OrderPath, Name), nullptr, Menus};
-    Top.Key = Engine.OpenKey(
-        TRegRoot::CurrentUser,
-        std::u16string_view(Top.KeyPath).substr(RegRootName(TRegRoot::CurrentUser).size()));
     std::vector<TMenu> Waiting;
-    if (Top.Key)
-      Waiting.push_back(std::move(Top));
+    if (TKeyAt Top = Run.Open(TRegRoot::CurrentUser, Below(OrderPath, Name)))
+      Waiting.push_back({std::move(Top), Menus});
     while (!Waiting.empty() && !Engine.Stopped) {
       TMenu Menu = std::move(Waiting.back());
       Waiting.pop_back();

@@ -22,7 +22,7 @@ std::optional<TVerdict> JudgeAppPath(const TScanContext &Context, const TScanEnt
   if (Path.starts_with(u'"'))
     Path = WithoutQuotes(Path);
   ExpandProgramFiles(Path, Context.WinDir);
-  if (!IsLocalPath(Context, Path) || !Context.Disk.NoSuchFile(Path))
+  if (!IsLocalPath(Context.Disk, Path) || !Context.Disk.NoSuchFile(Path))
     return Healthy;
   return Problem(Path, Entry.Value.Text());
 }
@@ -52,7 +52,7 @@ std::optional<TVerdict> JudgeMuiEntry(const TScanContext &Context, const TScanEn
   }
   ExpandSystemRoot(Path, Context.WinDir);
   Path = WithoutQuotes(Path);
-  if (!IsLocalPath(Context, Path) || !Context.Disk.NoSuchFile(ExtractFileFromCommand(Path)))
+  if (!IsLocalPath(Context.Disk, Path) || !Context.Disk.NoSuchFile(ExtractFileFromCommand(Path)))
     return Healthy;
   return Problem(Entry.Value.Text(), Entry.Value.Text());
 }
@@ -112,7 +112,7 @@ std::optional<TVerdict> JudgeStartupEntry(const TScanContext &Context, const TSc
     if (UnitAt(*Dll, 2) != u':' || !Context.Disk.IsOnFixedDrive(*Dll) ||
         !Context.Disk.NoSuchFile(*Dll))
       return Healthy;
-  } else if (!IsLocalPath(Context, Tested) ||
+  } else if (!IsLocalPath(Context.Disk, Tested) ||
              !Context.Disk.NoSuchFile(ExtractFileFromCommand(Tested))) {
     return Healthy;
   }
@@ -123,7 +123,7 @@ std::optional<TVerdict> JudgeFirewallEntry(const TScanContext &Context, const TS
   std::u16string Path(Entry.Name);
   ExpandSystemRoot(Path, Context.WinDir);
   Path = WithoutQuotes(Path);
-  if (!IsLocalPath(Context, Path))
+  if (!IsLocalPath(Context.Disk, Path))
     return Healthy;
   const std::u16string_view File = ExtractFileFromCommand(Path);
   if (!Context.Disk.NoSuchFile(File))
