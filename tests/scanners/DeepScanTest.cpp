@@ -143,55 +143,6 @@ TEST_P(DeepScan, StopsInTheMiddleOfAKeyAndSurvivesWhatItCannotRead) {
   EXPECT_LT(Run_->Problems->TotalCount(), Many / 2);
 }
 
-TEST(DeepScanFailures, NeverMakeAProblemOfAHealthyEntry) {
-  TFaults Faults;
-  TMachine Healthy = DeepMachine();
-  Healthy.Files.emplace_back(u"C:\\gone.exe");
-  Healthy.Folders = {{TSpecialFolder::StartMenu, u"C:\\Menu"},
-                     {TSpecialFolder::CommonStartMenu, u"C:\\All"}};
-  Healthy.Files.emplace_back(u"C:\\Menu\\Programs\\");
-  constexpr std::u16string_view Everywhere = uR"([HKEY_LOCAL_MACHINE\SOFTWARE\Vendor\App]
-"x"="C:\\gone.exe"
-[HKEY_CLASSES_ROOT\Applications\gone.exe\shell\open\command]
-@="C:\\gone.exe"
-[HKEY_CLASSES_ROOT\.x]
-@="x.file"
-[HKEY_CLASSES_ROOT\.y]
-@="no type"
-[HKEY_CLASSES_ROOT\.y\OpenWithProgids]
-"x.file"=""
-[HKEY_CLASSES_ROOT\x.file\DefaultIcon]
-@="C:\\gone.exe,1"
-[HKEY_CLASSES_ROOT\x.file\shell\open\command]
-@="C:\\gone.exe"
-[HKEY_CURRENT_USER\Software\Microsoft\Windows\CurrentVersion\Explorer\FileExts\.x]
-"Application"="gone.exe"
-"Progid"="x.file"
-[HKEY_CURRENT_USER\AppEvents\Schemes\Apps\App\Open\.Current]
-@="C:\\gone.exe"
-[HKEY_CURRENT_USER\Software\Microsoft\Windows\CurrentVersion\Explorer\MenuOrder\Start Menu\Programs]
-)";
-  const auto Found = [&](std::uint64_t Failing, const TMachine &Where) {
-    TTestScan Run(MemoryRegistry(Everywhere, &Faults), Where, ScannerTable());
-    Faults.Reset();
-    Faults.FailCall(Failing);
-    Run.Platform.Files = MakeMemoryPlatform(nullptr, Where, &Faults).Files;
-    Run.Engine = std::make_unique<TScanRegistry>(
-        Run.Platform, *Run.Problems, TSettingsPaths(), ScannerTable(),
-        std::vector<std::u16string>(EnglishLabels.begin(), EnglishLabels.end()));
-    Run.Scan(std::u16string(AreaCount, u'1'));
-    std::int32_t Sum = 0;
-    for (const TAreaResult &Area : Run.Engine->AreaResults())
-      Sum += Area.Found;
-    return Sum;
-  };
-  EXPECT_EQ(Found(0, {}), 6);
-  const std::uint64_t Calls = Faults.Calls();
-  ASSERT_GT(Calls, 100u);
-  for (std::uint64_t Call = 0; Call <= Calls + 20; ++Call)
-    EXPECT_EQ(Found(Call, Healthy), 0) << Call;
-}
-
 TEST(DeepScanPaths, NoOtherLetterHasAnAsciiCapital) {
   // So folding ASCII letters finds all that upper-casing by the system's rules would.
   for (unsigned Unit = 0x80; Unit < 0x10000; ++Unit)

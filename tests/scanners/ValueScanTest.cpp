@@ -292,14 +292,18 @@ TEST_P(ValueScan, CountsBeforeTheFilterAndSurvivesWhatItCannotRead) {
 }
 
 TEST_P(ValueScan, LeavesNothingBehind) {
-  constexpr std::size_t Many = 100'000;
+  // By weight, only what is many times too much can be told; a sanitizer, in whose
+  // place that is not measured, finds a single leak.
+  const bool ByWeight = PrivateBytes().has_value();
+  const std::size_t Many = ByWeight ? 100'000 : 2'000;
+  const int Scans = ByWeight ? 100 : 20;
   std::u16string Text =
       u"[HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs]\n";
   TMachine Where = Machine();
   // Ascending names: a registry that sorts them takes minutes otherwise.
   for (std::size_t Number = 0; Number < Many; ++Number) {
     const std::u16string Name = u"dir\\" + ToDecimal(1'000'000 + Number);
-    if (Number % 1000 != 0)
+    if (Number % (Many / 100) != 0)
       Where.Files.push_back(u"C:\\" + Name);
     Text += u"\"C:\\\\" + Escaped(Name) + u"\"=dword:1\n";
   }
@@ -325,65 +329,9 @@ TEST_P(ValueScan, LeavesNothingBehind) {
   ExpectNoMore();
 
   Load(u"[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs]");
-  for (int Round = 0; Round < 100; ++Round)
+  for (int Round = 0; Round < Scans; ++Round)
     ScanAll(1);
   ExpectNoMore();
-}
-
-constexpr std::u16string_view EverywhereSomething =
-    uR"([HKEY_LOCAL_MACHINE\Software\Microsoft\Windows\CurrentVersion\App Paths\a]
-@="C:\\gone.exe"
-[HKEY_LOCAL_MACHINE\Software\Microsoft\Windows\Help]
-"a.hlp"="C:\\dir"
-[HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\SharedDLLs]
-"C:\\gone.dll"=dword:1
-[HKEY_LOCAL_MACHINE\Software\Microsoft\Windows\CurrentVersion\Run]
-"a"="rundll32.exe C:\\gone.dll,x"
-[HKEY_CLASSES_ROOT\CLSID\{1}\InprocServer32]
-@="C:\\gone.dll"
-[HKEY_CLASSES_ROOT\TypeLib\{1}\1.0\0\win32]
-@="C:\\gone.dll"
-[HKEY_CLASSES_ROOT\TypeLib\{2}\1.0\0]
-"x"="not empty"
-[HKEY_CLASSES_ROOT\TypeLib\{2}\1.0\0\win32]
-@="C:\\gone.dll"
-[HKEY_CLASSES_ROOT\TypeLib\{2}\1.0\HELPDIR]
-@="C:\\gone"
-[HKEY_LOCAL_MACHINE\Software\Microsoft\Windows\CurrentVersion\Uninstall\a]
-"UninstallString"="C:\\gone.exe /u"
-[HKEY_LOCAL_MACHINE\Software\Microsoft\Windows\CurrentVersion\App Management\ARPCache\a]
-)";
-
-std::int32_t FoundIn(const TTestScan &Run) {
-  std::int32_t Found = 0;
-  for (const TAreaResult &Area : Run.Engine->AreaResults())
-    Found += Area.Found;
-  return Found;
-}
-
-TEST(BrokenCalls, NeverMakeAProblemOfAHealthyEntry) {
-  // With every file there, the scan lists nothing, whichever call of the seam fails.
-  TMachine Healthy;
-  Healthy.Files = {u"C:\\gone.exe", u"C:\\dir\\a.hlp", u"C:\\gone.dll", u"C:\\gone\\"};
-  TFaults Faults;
-  const auto Scan = [&](std::uint64_t Failing, const TMachine &Where) {
-    TTestScan Run(MemoryRegistry(EverywhereSomething, &Faults), Where, ScannerTable());
-    Run.Platform.Files = MakeMemoryPlatform(nullptr, Where, &Faults).Files;
-    Run.Engine = std::make_unique<TScanRegistry>(
-        Run.Platform, *Run.Problems, TSettingsPaths(), ScannerTable(),
-        std::vector<std::u16string>(EnglishLabels.begin(), EnglishLabels.end()));
-    Faults.Reset();
-    Faults.FailCall(Failing);
-    Run.Scan(u"11111111111111111");
-    return FoundIn(Run); // the filter would hide a part of it
-  };
-  EXPECT_EQ(Scan(0, {}), 9);
-  const std::uint64_t Calls = Faults.Calls();
-  ASSERT_GT(Calls, 40u);
-  for (std::uint64_t Call = 1; Call <= Calls; ++Call) {
-    EXPECT_EQ(Scan(Call, Healthy), 0) << Call;
-    EXPECT_GE(Scan(Call, {}), 6) << Call << ": one failure costs the entries of one key";
-  }
 }
 
 } // namespace
