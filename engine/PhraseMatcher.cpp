@@ -80,9 +80,11 @@ void TPhraseMatcher::LinkStates() {
     const TState State = Order[Index];
     TakeLower(Ranks_[State], Ranks_[Fallback[State]]);
     Found_[State] = Ranks_[State] != NoRanks;
+    TState *const Own = &Moves_[State * ClassCount_];
+    const TState *const Others = &Moves_[Fallback[State] * ClassCount_];
     for (std::size_t Class = 0; Class < ClassCount_; ++Class) {
-      TState &Target = Moves_[State * ClassCount_ + Class];
-      const TState Other = Moves_[Fallback[State] * ClassCount_ + Class];
+      TState &Target = Own[Class];
+      const TState Other = Others[Class];
       if (Target == 0) {
         Target = Other;
       } else {
