@@ -27,6 +27,12 @@ files() { (cd "$WINEPREFIX/drive_c" && find . | LC_ALL=C sort); }
 # last_name OUTPUT: of the backup that undoes it.
 last_name() { sed -n 's/^To undo it: hivesweep-cli restore \(backup[^ ]*\.reg\)\r*$/\1/p' "$1"; }
 
+# The first program that asks the shell anything gets a desktop, for which Wine describes
+# a display in the registry; with the last one it goes, and the next is another display.
+# One that waits with a window keeps it for the whole test, and dies with the prefix.
+wine notepad >/dev/null 2>&1 &
+wine "$live_program" scan --areas all --no-progress >/dev/null
+
 # A dry run, and a question that nobody can answer, leave everything as it is.
 snapshot before
 files >"$work/files.before"
