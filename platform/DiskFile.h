@@ -1,6 +1,8 @@
 // Whole files on the disk of the system that runs the program, named in UTF-16.
 #pragma once
 
+#include <cstddef>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -9,7 +11,9 @@ namespace hivesweep {
 // Empty: it went well. Else why not, in words: "No such file or directory".
 using TDiskError = std::u16string;
 
-TDiskError ReadWholeFile(std::u16string_view Path, std::string &Out);
+// A file of more than Limit bytes is not read: that is an error too.
+TDiskError ReadWholeFile(std::u16string_view Path, std::string &Out,
+                         std::size_t Limit = std::numeric_limits<std::size_t>::max());
 
 // The file is complete under its name or it is what it was before: it is written
 // under another name in the same folder and then renamed. One that is marked

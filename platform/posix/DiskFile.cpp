@@ -11,7 +11,7 @@
 
 namespace hivesweep {
 
-TDiskError ReadWholeFile(std::u16string_view Path, std::string &Out) {
+TDiskError ReadWholeFile(std::u16string_view Path, std::string &Out, std::size_t Limit) {
   Out.clear();
   if (!IsName(Path))
     return ErrorText(ENOENT);
@@ -26,6 +26,10 @@ TDiskError ReadWholeFile(std::u16string_view Path, std::string &Out) {
     const ssize_t Count = read(File.Get(), Out.data() + Old, Part);
     const int Error = errno;
     Out.resize(Old + (Count > 0 ? static_cast<std::size_t>(Count) : 0));
+    if (Out.size() > Limit) {
+      Out.clear();
+      return ErrorText(EFBIG);
+    }
     if (Count == 0)
       return {};
     if (Count < 0 && Error != EINTR) {

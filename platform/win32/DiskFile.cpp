@@ -5,12 +5,12 @@
 
 namespace hivesweep {
 
-TDiskError ReadWholeFile(std::u16string_view Path, std::string &Out) {
+TDiskError ReadWholeFile(std::u16string_view Path, std::string &Out, std::size_t Limit) {
   Out.clear();
   if (HoldsZero(Path))
     return ErrorText(ERROR_INVALID_NAME);
   const TFileHandle File = OpenToRead(SystemPath(AbsolutePath(Path)), 0);
-  return File.IsOpen() && ReadToEnd(File.Get(), Out) ? TDiskError() : LastErrorText();
+  return File.IsOpen() && ReadToEnd(File.Get(), Out, Limit) ? TDiskError() : LastErrorText();
 }
 
 TDiskError WriteWholeFile(std::u16string_view Path, std::string_view Bytes) {

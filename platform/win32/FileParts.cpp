@@ -47,7 +47,7 @@ TFileHandle OpenToRead(const std::u16string &SystemPath, DWORD Flags) {
                                  OPEN_EXISTING, Flags | FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
 }
 
-bool ReadToEnd(HANDLE File, std::string &Out) {
+bool ReadToEnd(HANDLE File, std::string &Out, std::size_t Limit) {
   Out.clear();
   // Read to its end, whatever size is told: the file may grow.
   constexpr std::size_t Part = 1u << 18;
@@ -57,6 +57,11 @@ bool ReadToEnd(HANDLE File, std::string &Out) {
     DWORD Count = 0;
     const bool Read = ReadFile(File, Out.data() + Old, Part, &Count, nullptr) != 0;
     Out.resize(Read ? Old + Count : 0);
+    if (Out.size() > Limit) {
+      Out.clear();
+      SetLastError(ERROR_FILE_TOO_LARGE);
+      return false;
+    }
     if (!Read || Count == 0)
       return Read;
   }

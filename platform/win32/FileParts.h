@@ -25,7 +25,8 @@ TFileHandle OpenToRead(const std::u16string &SystemPath, DWORD Flags);
 
 // From where it is to the file's end. False, and Out is empty, with the system's last
 // error.
-bool ReadToEnd(HANDLE File, std::string &Out);
+bool ReadToEnd(HANDLE File, std::string &Out,
+               std::size_t Limit = std::numeric_limits<std::size_t>::max());
 
 // Writes all bytes and waits until the disk has them. False with the system's last error.
 bool WriteAndFlush(HANDLE File, std::string_view Bytes);
