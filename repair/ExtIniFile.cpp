@@ -1,6 +1,7 @@
 #include "repair/ExtIniFile.h"
 
 #include <algorithm>
+#include <map>
 
 #include "platform/Text.h"
 
@@ -28,13 +29,19 @@ std::u16string Assignment(std::u16string_view Name, std::u16string_view Value) {
 
 void TExtIniFile::LoadFromLines(std::span<const std::u16string_view> Lines) {
   Clear();
+  // A file of nothing but headers takes no longer than another.
+  std::map<std::u16string_view, std::size_t, TNameLess> Places;
   TSection *Current = nullptr;
   for (const std::u16string_view Stored : Lines) {
     const std::u16string_view Line = Trim(Stored);
     if (Line.empty() || Line.starts_with(u';'))
       continue;
     if (Line.starts_with(u'[') && Line.ends_with(u']')) {
-      Current = &FindOrAdd(Trim(Line.substr(1, Line.size() - 2)));
+      const std::u16string_view Name = Trim(Line.substr(1, Line.size() - 2));
+      const auto [Place, IsNew] = Places.try_emplace(Name, Sections_.size());
+      if (IsNew)
+        Sections_.push_back({std::u16string(Name), {}});
+      Current = &Sections_[Place->second];
     } else if (Current) {
       const std::size_t Equals = Line.find(u'=');
       Current->Lines.push_back(
