@@ -16,7 +16,7 @@ done)
 }
 
 say "shellcheck"
-shellcheck -x dev .ci/run rig/*.sh tests/e2e/*.sh || rc=1
+shellcheck -x dev .ci/run rig/*.sh icons/*.sh tests/e2e/*.sh || rc=1
 
 say "clang-format, ${#sources[@]} files"
 [ "${1:-}" != --fix ] || clang-format -i "${sources[@]}"
