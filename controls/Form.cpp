@@ -1,0 +1,327 @@
+#include "controls/Form.h"
+
+#include <algorithm>
+
+#include "controls/Button.h"
+#include "controls/FormBuilder.h"
+#include "controls/FormLayout.h"
+#include "controls/Hints.h"
+#include "controls/MenuItem.h"
+#include "controls/MessageLoop.h"
+#include "controls/Timer.h"
+#include "controls/WindowMap.h"
+#include "platform/Text.h"
+
+namespace hivesweep {
+
+namespace {
+
+constexpr unsigned FirstCommand = 100; // below are numbers that the system uses itself
+
+DWORD FormStyle(const TFormTable &Table) {
+  DWORD Style = WS_CAPTION | WS_SYSMENU;
+  if (Table.Resizable)
+    Style |= WS_THICKFRAME;
+  if (!Table.Dialog)
+    Style |= WS_MINIMIZEBOX | WS_MAXIMIZEBOX;
+  else if (!Table.Resizable)
+    Style |= WS_POPUP;
+  return Style;
+}
+
+// In the middle of another window, or of the screen, and whole on the screen.
+TPoint Centered(const TSize &Size, HWND Over) {
+  RECT Screen, Place;
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &Screen, 0);
+  Place = Screen;
+  if (Over && !IsIconic(Over) && IsWindowVisible(Over))
+    GetWindowRect(Over, &Place);
+  const auto Fit = [](LONG From, LONG To, int Extent, LONG Least, LONG Most) {
+    const int Middle = static_cast<int>(From + To - Extent) / 2;
+    return std::max(static_cast<int>(Least), std::min(Middle, static_cast<int>(Most) - Extent));
+  };
+  return {Fit(Place.left, Place.right, Size.Width, Screen.left, Screen.right),
+          Fit(Place.top, Place.bottom, Size.Height, Screen.top, Screen.bottom)};
+}
+
+} // namespace
+
+TFormError::TFormError(std::u16string_view Form, std::u16string_view Component,
+                       std::string_view What)
+    : std::logic_error(ToUtf8(Form) + "." + ToUtf8(Component) + ": " + std::string(What)) {}
+
+TForm::TForm(TLook &Look, TForm *Above, const TFormTable &Table,
+             const std::vector<TNamedHandler> &Handlers)
+    : TWindowControl(this, nullptr, Table.Name), Look_(Look), Above_(Above), Dialog_(Table.Dialog) {
+  TControl::SetVisible(false);
+  SetText(Table.Caption);
+  SetDesign({0, 0, Table.Size.Width, Table.Size.Height});
+  MakeFormWindow(Table);
+  Hints_ = std::make_unique<THints>(*this);
+  TFormBuilder(*this, Handlers).Build(Table);
+  Pauses_ = 0;
+  RequestLayout();
+  const TSize Start = Table.Start.value_or(Table.Size);
+  SetClientSize({std::max(Look.Scale(Start.Width), Least_.Width),
+                 std::max(Look.Scale(Start.Height), Least_.Height)});
+  Fire(TEvent::Create);
+}
+
+TForm::~TForm() {
+  Pauses_ = 1;
+  Hints_.reset();
+  // Children before their parents.
+  while (!Components_.empty())
+    Components_.pop_back();
+}
+
+void TForm::MakeFormWindow(const TFormTable &Table) {
+  MakeWindow(nullptr, FormStyle(Table),
+             WS_EX_CONTROLPARENT | (Table.Dialog ? WS_EX_DLGMODALFRAME : WS_EX_APPWINDOW));
+  if (Table.Dialog) // Close alone is of use there
+    for (const UINT Command : {SC_MINIMIZE, SC_MAXIMIZE, SC_RESTORE})
+      DeleteMenu(GetSystemMenu(Handle(), FALSE), Command, MF_BYCOMMAND);
+}
+
+TComponent *TForm::FindComponent(std::u16string_view Name) const {
+  const auto Found =
+      std::find_if(Components_.begin(), Components_.end(),
+                   [Name](const auto &Component) { return Component->Name() == Name; });
+  return Found == Components_.end() ? nullptr : Found->get();
+}
+
+bool TForm::Knows(TEvent Event) const {
+  return Event == TEvent::Create || Event == TEvent::Show || Event == TEvent::Close;
+}
+
+// ---- life ------------------------------------------------------------------------------
+
+void TForm::Show() {
+  RECT Window;
+  GetWindowRect(Handle(), &Window);
+  const TSize Size{static_cast<int>(Window.right - Window.left),
+                   static_cast<int>(Window.bottom - Window.top)};
+  const TPoint Place = Centered(Size, OwnerWindow());
+  SetWindowPos(Handle(), nullptr, Place.X, Place.Y, 0, 0,
+               SWP_NOZORDER | SWP_NOSIZE | SWP_NOACTIVATE);
+  Fire(TEvent::Show);
+  TControl::SetVisible(true);
+  ShowWindow(Handle(), SW_SHOWNORMAL);
+  if (!FocusedControl())
+    FocusNext();
+}
+
+bool TForm::ShowModal() {
+  Modal_ = true;
+  if (Above_)
+    EnableWindow(Above_->Handle(), FALSE);
+  bool GoesOn = false;
+  try {
+    Show();
+    GoesOn = LoopUntil([this] { return !Visible(); });
+  } catch (...) {
+    SetHidden();
+    throw;
+  }
+  SetHidden();
+  return GoesOn;
+}
+
+void TForm::SetHidden() {
+  // Before this window goes: else the system would look for another program's window
+  // to activate.
+  if (Modal_ && Above_)
+    EnableWindow(Above_->Handle(), TRUE);
+  TControl::SetVisible(false);
+  if (Handle())
+    ShowWindow(Handle(), SW_HIDE);
+  if (std::exchange(Modal_, false) && Above_)
+    SetActiveWindow(Above_->Handle());
+}
+
+void TForm::Close() {
+  if (!Visible())
+    return;
+  SetHidden();
+  Fire(TEvent::Close);
+  PostMessageW(Handle(), WM_NULL, 0, 0); // so that its loop looks
+}
+
+// ---- layout ----------------------------------------------------------------------------
+
+TLayoutPause::~TLayoutPause() {
+  if (--Form_.Pauses_ == 0 && Form_.LayoutWanted_)
+    Form_.RequestLayout();
+}
+
+TSize TForm::ClientSize() const {
+  RECT Inside;
+  GetClientRect(Handle(), &Inside);
+  return {static_cast<int>(Inside.right), static_cast<int>(Inside.bottom)};
+}
+
+void TForm::RequestLayout() {
+  LayoutWanted_ = true;
+  if (Pauses_ > 0 || Arranging_ || !Handle() || IsIconic(Handle()))
+    return;
+  Arrange();
+}
+
+void TForm::Arrange() {
+  Arranging_ = true;
+  LayoutWanted_ = false;
+  const TRect Scaled = Look_.Scale(Design());
+  const TSize Design{Scaled.Width, Scaled.Height};
+  Least_ = LeastSize(*this, Design, ClientSize().Width);
+  const TSize Before = ClientSize();
+  const TSize Size{std::max(Before.Width, Least_.Width), std::max(Before.Height, Least_.Height)};
+  if (Size != Before)
+    SetClientSize(Size);
+  TControl::SetBounds({0, 0, Size.Width, Size.Height});
+  PlaceControls(*this, Design, Size);
+  Hints_->Update();
+  Arranging_ = false;
+  Invalidate();
+}
+
+void TForm::SetClientSize(const TSize &Pixels) {
+  // Twice: only the first change shows whether the menu then takes another line.
+  for (int Try = 0; Try < 2; ++Try) {
+    const TSize Inside = ClientSize();
+    RECT Window;
+    GetWindowRect(Handle(), &Window);
+    SetWindowPos(Handle(), nullptr, 0, 0,
+                 static_cast<int>(Window.right - Window.left) + Pixels.Width - Inside.Width,
+                 static_cast<int>(Window.bottom - Window.top) + Pixels.Height - Inside.Height,
+                 SWP_NOZORDER | SWP_NOMOVE | SWP_NOACTIVATE);
+  }
+}
+
+// ---- keyboard ---------------------------------------------------------------------------
+
+TWindowControl *TForm::FocusedControl() const {
+  TWindowControl *Focused = Of(GetFocus());
+  return Focused && Focused != this && Focused->Owner() == this ? Focused : nullptr;
+}
+
+void TForm::FocusNext() {
+  const TWindowControl *Now = FocusedControl();
+  if (const HWND Next = GetNextDlgTabItem(Handle(), Now ? Now->Handle() : nullptr, FALSE))
+    SetFocus(Next);
+}
+
+bool TForm::TranslateKey(tagMSG *Message) {
+  if (Message->message == WM_KEYDOWN) {
+    TWindowControl *Focused = FocusedControl();
+    const auto Key = static_cast<unsigned>(Message->wParam);
+    TButton *Meant = Key == VK_RETURN ? Default_ : Key == VK_ESCAPE ? Cancel_ : nullptr;
+    if (Key == VK_RETURN)
+      if (auto *Button = dynamic_cast<TButton *>(Focused))
+        Meant = Button;
+    if (Meant) {
+      if (Meant->Enabled() && Meant->Visible())
+        Meant->Click();
+      return true;
+    }
+    if (Key == VK_ESCAPE && Dialog_) {
+      Close();
+      return true;
+    }
+    if (Key == VK_RETURN)
+      return false;
+  }
+  return IsDialogMessageW(Handle(), Message);
+}
+
+// ---- messages -----------------------------------------------------------------------------
+
+TAnswer TForm::Receive(const TMessage &Message) {
+  switch (Message.Id) {
+  case WM_CLOSE:
+    if (!Cancel_)
+      Close();
+    else if (Cancel_->Enabled())
+      Cancel_->Click();
+    return 0;
+  case WM_SIZE:
+    if (Message.WParam != SIZE_MINIMIZED)
+      RequestLayout();
+    return 0;
+  case WM_GETMINMAXINFO: {
+    RECT Window, Inside;
+    GetWindowRect(Handle(), &Window);
+    GetClientRect(Handle(), &Inside);
+    auto *Limits = reinterpret_cast<MINMAXINFO *>(Message.LParam);
+    Limits->ptMinTrackSize = {Least_.Width + (Window.right - Window.left) - Inside.right,
+                              Least_.Height + (Window.bottom - Window.top) - Inside.bottom};
+    return 0;
+  }
+  case WM_ACTIVATE:
+    if (LOWORD(Message.WParam) == WA_INACTIVE) {
+      if (FocusedControl())
+        LastFocus_ = FocusedControl()->Handle();
+      return 0;
+    }
+    break;
+  case WM_SETFOCUS:
+    if (Of(LastFocus_))
+      SetFocus(LastFocus_);
+    else
+      FocusNext();
+    return 0;
+  case WM_COMMAND:
+    if (Message.LParam == 0) {
+      RunCommand(LOWORD(Message.WParam));
+      return 0;
+    }
+    break;
+  case WM_MEASUREITEM:
+  case WM_DRAWITEM:
+    if (Message.WParam == 0) // of a menu
+      return TMenuItem::DrawIcon(*this, Message);
+    break;
+  case WM_TIMER:
+    if (auto *Timer = TTimer::Of(*this, Message.WParam)) {
+      Timer->Fire(TEvent::Timer);
+      return 0;
+    }
+    break;
+  case WM_SYSCOLORCHANGE:
+  case WM_SETTINGCHANGE:
+    ReloadColors();
+    break;
+  default:
+    break;
+  }
+  return TWindowControl::Receive(Message);
+}
+
+void TForm::ReloadColors() {
+  Look_.ReloadColors();
+  for (const auto &Component : Components_)
+    if (auto *Control = dynamic_cast<TWindowControl *>(Component.get()))
+      Control->ColorsChanged();
+  Invalidate();
+}
+
+void TForm::VisitTexts(const TTextVisitor &Visit) {
+  std::u16string Caption = Text();
+  Visit(u"Caption", Caption);
+  SetText(Caption);
+}
+
+// ---- menus --------------------------------------------------------------------------------
+
+unsigned TForm::AddCommand(TMenuItem &Item) {
+  Commands_.push_back(&Item);
+  return FirstCommand + static_cast<unsigned>(Commands_.size()) - 1;
+}
+
+void TForm::RunCommand(unsigned Number) {
+  if (Number >= FirstCommand && Number - FirstCommand < Commands_.size())
+    Commands_[Number - FirstCommand]->Click();
+}
+
+void TForm::SetMenu(HMENU__ *Menu) { ::SetMenu(Handle(), Menu); }
+
+} // namespace hivesweep

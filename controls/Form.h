@@ -1,0 +1,123 @@
+// A window of the program: owns its components, knows them by name, lays them out,
+// and leads the keyboard through them.
+#pragma once
+
+#include <memory>
+#include <stdexcept>
+
+#include "controls/FormTable.h"
+#include "controls/WindowControl.h"
+
+struct HMENU__;
+struct tagMSG;
+
+namespace hivesweep {
+
+class TButton;
+class THints;
+class TMenuItem;
+class TTimer;
+
+// A mistake in a form's table, or a name that no component has.
+class TFormError : public std::logic_error {
+public:
+  TFormError(std::u16string_view Form, std::u16string_view Component, std::string_view What);
+};
+
+class TForm : public TWindowControl {
+public:
+  // Makes the window, not yet seen, with all its components. Above: the form that it
+  // opens over; null for the main one. Throws TFormError for a wrong name in the table:
+  // one given twice, or a parent, list, menu or handler that is not there, or a handler
+  // that the table does not use. Look must outlive the form.
+  TForm(TLook &Look, TForm *Above, const TFormTable &Table,
+        const std::vector<TNamedHandler> &Handlers);
+  ~TForm() override;
+
+  const TLook &FormLook() const { return Look_; }
+  TForm *Above() const { return Above_; }
+  HWND__ *OwnerWindow() const { return Above_ ? Above_->Handle() : nullptr; }
+
+  // ---- components -------------------------------------------------------------
+  // In the order of their making.
+  const std::vector<std::unique_ptr<TComponent>> &Components() const { return Components_; }
+  // Null when there is none.
+  TComponent *FindComponent(std::u16string_view Name) const;
+  // Throws TFormError when there is none, or one of another kind.
+  template <typename T> T &Find(std::u16string_view Name) const {
+    if (auto *Found = dynamic_cast<T *>(FindComponent(Name)))
+      return *Found;
+    throw TFormError(this->Name(), Name, "no such component of this kind");
+  }
+
+  bool Knows(TEvent Event) const override;
+
+  // ---- life ---------------------------------------------------------------------
+  void Show();
+  // Shows it over the form above, which takes no input meanwhile, until it is closed.
+  // False when the program is to end.
+  bool ShowModal();
+  // Ends it: hides it, and tells the handler of TEvent::Close.
+  void Close();
+
+  // ---- layout ---------------------------------------------------------------------
+  // Lays out all components, at once, or when the last TLayoutPause has ended.
+  void RequestLayout();
+  void SetClientSize(const TSize &Pixels);
+  TSize LeastClientSize() const { return Least_; }
+
+  // Leads the focus to the next control.
+  void FocusNext();
+  // Enter, Escape, Tab, arrows and access keys; true when the message was one.
+  bool TranslateKey(tagMSG *Message);
+
+  void VisitTexts(const TTextVisitor &Visit) override;
+  TAnswer Receive(const TMessage &Message) override;
+
+  // ---- for components ---------------------------------------------------------------
+  // A number for a menu item, by which the system names it.
+  unsigned AddCommand(TMenuItem &Item);
+  void RunCommand(unsigned Number);
+  void SetMenu(HMENU__ *Menu);
+
+private:
+  friend class TLayoutPause;
+  friend class TFormBuilder;
+
+  void MakeFormWindow(const TFormTable &Table);
+  void Arrange();
+  void EndModal();
+  TWindowControl *FocusedControl() const;
+  TSize ClientSize() const;
+  void SetHidden();
+  void ReloadColors();
+
+  TLook &Look_;
+  TForm *Above_;
+  std::vector<std::unique_ptr<TComponent>> Components_;
+  std::vector<TMenuItem *> Commands_;
+  std::unique_ptr<THints> Hints_;
+  TButton *Default_ = nullptr;
+  TButton *Cancel_ = nullptr;
+  HWND__ *LastFocus_ = nullptr;
+  TSize Least_;
+  int Pauses_ = 1; // until it is built
+  bool LayoutWanted_ = false;
+  bool Modal_ = false;
+  bool Dialog_;
+  bool Arranging_ = false;
+};
+
+// While it lives the form is not laid out; then once, if need be.
+class TLayoutPause {
+public:
+  explicit TLayoutPause(TForm &Form) : Form_(Form) { ++Form_.Pauses_; }
+  TLayoutPause(const TLayoutPause &) = delete;
+  TLayoutPause &operator=(const TLayoutPause &) = delete;
+  ~TLayoutPause();
+
+private:
+  TForm &Form_;
+};
+
+} // namespace hivesweep

@@ -1,0 +1,37 @@
+// Small pictures of one size, known by their numbers.
+#pragma once
+
+#include "controls/Canvas.h"
+#include "controls/Component.h"
+
+struct _IMAGELIST;
+struct HICON__;
+
+namespace hivesweep {
+
+class TImageList : public TComponent {
+public:
+  // Units: the pictures' width and height; of the screen's scale.
+  TImageList(TForm *Owner, std::u16string Name, int Units);
+  ~TImageList() override;
+
+  // The pictures' width and height in pixels.
+  int Extent() const { return Extent_; }
+  int Count() const;
+  // Takes a copy; icons of another size are scaled. Answers the picture's number.
+  int Add(HICON__ *Icon);
+  // The icon with that number among the program's resources, in the size that fits
+  // best; false when there is none, and then nothing is added.
+  bool AddResource(unsigned Number);
+  // In the middle of the place. Nothing is drawn for a number that is not there.
+  void Draw(TCanvas &Canvas, const TRect &Place, int Number) const;
+
+  // For the system's controls; stays owned.
+  _IMAGELIST *Handle() const { return List_; }
+
+private:
+  int Extent_;
+  _IMAGELIST *List_;
+};
+
+} // namespace hivesweep
