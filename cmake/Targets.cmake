@@ -4,7 +4,7 @@
 #   hivesweep_library(NAME SOURCES file... [USES target...])
 #   hivesweep_program(NAME SOURCES file... [USES target...])
 #   hivesweep_test(NAME SOURCES file... [USES target...]
-#                  [WINDOWS_ONLY | NATIVE_ONLY] [TIMEOUT seconds])
+#                  [WINDOWS_ONLY | NATIVE_ONLY] [DISPLAY] [TIMEOUT seconds])
 #   hivesweep_bench(NAME SOURCES file... [USES target...] [WINDOWS])
 #
 # Includes are written from the top of the project: #include "platform/Registry.h".
@@ -69,8 +69,9 @@ endfunction()
 # One GoogleTest program and one ctest entry: starting a program under Wine costs
 # more than a hundred test cases, so they stay together. The cases' results go to
 # results/NAME.json, from where the summary of "./dev test" takes its numbers.
+# DISPLAY: its windows are to be drawn, on a display of its own.
 function(hivesweep_test name)
-  _hivesweep_arguments(hivesweep_test "WINDOWS_ONLY;NATIVE_ONLY" "TIMEOUT")
+  _hivesweep_arguments(hivesweep_test "WINDOWS_ONLY;NATIVE_ONLY;DISPLAY" "TIMEOUT")
   if((_WINDOWS_ONLY AND NOT HIVESWEEP_WINDOWS) OR (_NATIVE_ONLY AND HIVESWEEP_WINDOWS))
     return()
   endif()
@@ -86,6 +87,9 @@ function(hivesweep_test name)
   endif()
   add_test(NAME ${name} COMMAND ${name} --gtest_output=json:${results})
   set_tests_properties(${name} PROPERTIES TIMEOUT ${_TIMEOUT})
+  if(_DISPLAY)
+    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT HSW_DISPLAY=yes)
+  endif()
   if(HIVESWEEP_SANITIZE)
     set_tests_properties(${name} PROPERTIES ENVIRONMENT
       "ASAN_OPTIONS=detect_stack_use_after_return=1:strict_string_checks=1;UBSAN_OPTIONS=print_stacktrace=1")

@@ -4,15 +4,25 @@
 # The command finds WINEPREFIX set and "wine" on its path. The exit code is the
 # command's; 125 when there is no prefix to be had.
 #   --sample   the prefix holds the leftovers of sample/ (see sample.sh)
+#   --display  windows are really drawn, on a display of their own that nobody sees;
+#              HSW_DISPLAY=yes asks for the same
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=rig/paths.sh
 . "$here/paths.sh"
 sample=no
-if [ "${1:-}" = --sample ]; then
-  sample=yes
+display=${HSW_DISPLAY:-no}
+while [[ ${1:-} == --* ]]; do
+  case $1 in
+    --sample) sample=yes ;;
+    --display) display=yes ;;
+    *)
+      echo "prefix.sh: unknown option $1" >&2
+      exit 125
+      ;;
+  esac
   shift
-fi
+done
 [ -r "$HSW_RIG/env" ] || {
   echo "prefix.sh: no Wine in $HSW_RIG; ./dev build makes it" >&2
   exit 125
@@ -31,6 +41,9 @@ flock 9
 exec 8>&-
 # shellcheck disable=SC2317 # called by the trap
 remove() {
+  if [ -n "${xvfb:-}" ]; then
+    kill "$xvfb" 2>/dev/null && wait "$xvfb" || :
+  fi
   # In the background, as Wine takes most of a second to end; closing the terminal
   # meanwhile must not stop it half-way.
   trap '' HUP INT TERM
@@ -56,6 +69,21 @@ export WINEDEBUG="${WINEDEBUG:--all}" WINEDLLOVERRIDES="${WINEDLLOVERRIDES:-msco
 unset WINELOADER WINEARCH DISPLAY
 if [ -n "$WINEDLLPATH" ]; then export WINEDLLPATH; else unset WINEDLLPATH; fi
 export HSW_PREFIX=$WINEPREFIX # for wine-run.sh: this one, not another
+
+if [ "$display" = yes ]; then
+  # The server chooses a number that is free, and writes it when it is ready.
+  mkfifo "$WINEPREFIX/display"
+  Xvfb -displayfd 7 -screen 0 1280x960x24 -nolisten tcp 7>"$WINEPREFIX/display" </dev/null >/dev/null 2>&1 9>&- &
+  xvfb=$!
+  read -r -t 20 number <"$WINEPREFIX/display" || {
+    echo "prefix.sh: Xvfb does not start" >&2
+    exit 125
+  }
+  export DISPLAY=:$number
+  # Wine draws the frames itself: there is no window manager to wait for.
+  printf '\n[Software\\\\Wine\\\\Drivers]\n"Graphics"="x11"\n\n[Software\\\\Wine\\\\X11 Driver]\n"Managed"="N"\n' \
+    >>"$WINEPREFIX/user.reg"
+fi
 
 # Wine's services inherit the output of the program that starts them and keep it
 # open: whoever waits for its end (ctest does) would wait for them.

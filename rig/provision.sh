@@ -39,9 +39,21 @@ die() {
 version=$(dpkg-query -W -f='${Version}' libwine:amd64) || die "Wine is not installed"
 stamp="# rig $FORMAT, Wine $version, in $HSW_RIG"
 
+# ---- Fonts ----------------------------------------------------------------------
+# Wine never looks where Debian puts its fonts, and lays out windows with whatever
+# else it finds. Not part of FORMAT: an older rig gets them, too.
+add_fonts() {
+  local fonts=$HSW_RIG/template/drive_c/windows/Fonts name
+  for name in tahoma tahomabd marlett; do
+    [ -s "$fonts/$name.ttf" ] && continue
+    cp "/usr/share/wine/fonts/$name.ttf" "$fonts/$name.new" && mv "$fonts/$name.new" "$fonts/$name.ttf"
+  done
+}
+
 # ---- Complete already? ---------------------------------------------------------
 if [ -r "$HSW_RIG/env" ] && [ "$(head -n 1 "$HSW_RIG/env")" = "$stamp" ] &&
   [ -s "$HSW_RIG/template/system.reg" ] && [ -x "$HSW_RIG/bin/wine" ]; then
+  add_fonts
   exit 0
 fi
 
@@ -206,6 +218,7 @@ find "$TMP"/prefix/drive_c/windows/system32 "$TMP"/prefix/drive_c/windows/winsxs
 works "$TMP/prefix" || die "the finished prefix does not work"
 stop_server "$TMP/prefix"
 mv "$TMP/prefix" "$HSW_RIG/template"
+add_fonts
 if command -v hardlink >/dev/null && [ -d "$HSW_RIG/usr" ]; then
   hardlink -q -t "$HSW_RIG/template/drive_c" "$HSW_RIG/usr/lib/$TRIPLE/wine/i386-windows" || :
 fi
