@@ -106,6 +106,8 @@ void TForm::Show() {
                SWP_NOZORDER | SWP_NOSIZE | SWP_NOACTIVATE);
   Fire(TEvent::Show);
   TControl::SetVisible(true);
+  // Marks for the keyboard appear when the keyboard is used.
+  SendMessageW(Handle(), WM_CHANGEUISTATE, MAKEWPARAM(UIS_INITIALIZE, 0), 0);
   ShowWindow(Handle(), SW_SHOWNORMAL);
   if (!FocusedControl())
     FocusNext();
@@ -202,6 +204,12 @@ void TForm::SetClientSize(const TSize &Pixels) {
 TWindowControl *TForm::FocusedControl() const {
   TWindowControl *Focused = Of(GetFocus());
   return Focused && Focused != this && Focused->Owner() == this ? Focused : nullptr;
+}
+
+void TForm::GiveFocus(const TWindowControl &Control) {
+  LastFocus_ = Control.Handle();
+  if (Visible())
+    SetFocus(LastFocus_);
 }
 
 void TForm::FocusNext() {

@@ -66,6 +66,8 @@ public:
   void SetClientSize(const TSize &Pixels);
   TSize LeastClientSize() const { return Least_; }
 
+  // A form that is not seen yet shows it there when it comes up.
+  void GiveFocus(const TWindowControl &Control);
   // Leads the focus to the next control.
   void FocusNext();
   // Enter, Escape, Tab, arrows and access keys; true when the message was one.

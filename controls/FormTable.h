@@ -81,9 +81,9 @@ struct TComponentRow {
 };
 
 struct TFormTable {
-  std::u16string Name;
-  std::u16string Caption;
-  TSize Size;                   // of the inside, in units: the design, and the least size
+  std::u16string Name{};
+  std::u16string Caption{};
+  TSize Size{};                 // of the inside, in units: the design, and the least size
   std::optional<TSize> Start{}; // the size at first, when larger
   bool Resizable = false;
   bool Dialog = true; // without the boxes for minimising and maximising

@@ -26,10 +26,13 @@ bool TImageList::AddResource(unsigned Number) {
   return true;
 }
 
-void TImageList::Draw(TCanvas &Canvas, const TRect &Place, int Number) const {
-  if (Number >= 0 && Number < Count())
-    ImageList_Draw(List_, Number, Canvas.Context(), Place.Left + (Place.Width - Extent_) / 2,
-                   Place.Top + (Place.Height - Extent_) / 2, ILD_TRANSPARENT);
+void TImageList::Draw(TCanvas &Canvas, const TRect &Place, int Number, bool Enabled) const {
+  if (Number < 0 || Number >= Count())
+    return;
+  ImageList_DrawEx(List_, Number, Canvas.Context(), Place.Left + (Place.Width - Extent_) / 2,
+                   Place.Top + (Place.Height - Extent_) / 2, 0, 0, CLR_NONE,
+                   Canvas.Look().Color(TColorRole::Face),
+                   Enabled ? ILD_TRANSPARENT : ILD_TRANSPARENT | ILD_BLEND50);
 }
 
 } // namespace hivesweep

@@ -24,7 +24,8 @@ public:
   // best; false when there is none, and then nothing is added.
   bool AddResource(unsigned Number);
   // In the middle of the place. Nothing is drawn for a number that is not there.
-  void Draw(TCanvas &Canvas, const TRect &Place, int Number) const;
+  // Enabled: false shows it paler.
+  void Draw(TCanvas &Canvas, const TRect &Place, int Number, bool Enabled = true) const;
 
   // For the system's controls; stays owned.
   _IMAGELIST *Handle() const { return List_; }

@@ -23,6 +23,7 @@ public:
 
 protected:
   bool KeyDown(unsigned Key) override;
+  bool TakesFocus() const override { return true; }
 
 private:
   TImageNote *Neighbour(int Step) const;

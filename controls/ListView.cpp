@@ -289,6 +289,8 @@ std::intptr_t TListView::CustomDraw(void *Request) {
     Call<TRowLookHandler>(TEvent::RowLook, *this, static_cast<int>(Draw.nmcd.dwItemSpec), Row);
     Draw.clrText = Look().Color(Row.Text);
     Draw.clrTextBk = Look().Color(Row.Ground);
+    // The system's control leaves out what lies under the pictures.
+    TCanvas(Draw.nmcd.hdc, Look()).Fill(FromSystem(Draw.nmcd.rc), Row.Ground);
   }
   return CDRF_DODEFAULT;
 }

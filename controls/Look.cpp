@@ -80,8 +80,9 @@ TRect TLook::Scale(const TRect &Units) const {
   return {Left, Top, Scale(Units.Right()) - Left, Scale(Units.Bottom()) - Top};
 }
 
-void TLook::ReloadColors() {
-  const bool HighContrast = IsHighContrast();
+void TLook::ReloadColors() { TakeColors(IsHighContrast()); }
+
+void TLook::TakeColors(bool HighContrast) {
   for (const TPaint &Paint : Palette)
     Colors_[static_cast<std::size_t>(Paint.Role)] =
         HighContrast ? GetSysColor(Paint.InHighContrast) : Paint.Own;

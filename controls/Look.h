@@ -64,6 +64,7 @@ public:
   // Takes colours anew: the palette, or in a high contrast scheme the system's
   // colours alone. Called when the user has changed them.
   void ReloadColors();
+  void TakeColors(bool HighContrast);
 
   // The place that a text takes, broken into lines of that width; 0: in one line.
   // Prefix: "&" marks an access key and takes no place.

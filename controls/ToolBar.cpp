@@ -98,7 +98,8 @@ void TToolBar::PaintItem(TCanvas &Canvas, const TMenuItem &Item) {
   Form.Color = Color;
   if (Item.Images()) {
     const int Icon = Item.Images()->Extent();
-    Item.Images()->Draw(Canvas, {Place.Left, Place.Top + Rim, Place.Width, Icon}, Item.Image());
+    Item.Images()->Draw(Canvas, {Place.Left, Place.Top + Rim, Place.Width, Icon}, Item.Image(),
+                        Item.Enabled());
     Place.Top += Icon + Rim;
     Place.Height -= Icon + Rim;
   }
@@ -128,7 +129,7 @@ TAnswer TToolBar::Receive(const TMessage &Message) {
     // A menu opens at the press, as menus do; a button acts when it is let go.
     const TPoint Point = PointOf(Message.LParam);
     Under_ = ItemAt(Point);
-    if (!Under_)
+    if (!Under_ || !Under_->Enabled())
       return 0;
     const TRect Place = ItemBounds(*Under_);
     const bool Arrow = !Under_->Items().empty() && Point.X >= Place.Right() - ArrowWidth(*Under_);

@@ -38,7 +38,7 @@ TWindowControl *TWindowControl::Of(HWND__ *Window) { return TWindowMap::Find(Win
 
 bool TWindowControl::Focused() const { return Window_ && GetFocus() == Window_; }
 
-void TWindowControl::Focus() { SetFocus(Window_); }
+void TWindowControl::Focus() { Owner()->GiveFocus(*this); }
 
 void TWindowControl::SetBounds(const TRect &Pixels) {
   if (Pixels == Bounds())
@@ -111,6 +111,10 @@ void TWindowControl::PaintWindow() {
     PaintAll(Buffer.Context());
   }
   EndPaint(Window_, &Work);
+}
+
+bool TWindowControl::TakesFocus() const {
+  return (GetWindowLongW(Window_, GWL_STYLE) & WS_TABSTOP) != 0;
 }
 
 bool TWindowControl::ShowsFocus() const {
@@ -255,7 +259,7 @@ void TWindowControl::Track(bool Inside) {
 void TWindowControl::Press(TPoint Point) {
   PressedChild_ = ChildAt(Point);
   Pressed_ = true;
-  if (GetWindowLongW(Window_, GWL_STYLE) & WS_TABSTOP)
+  if (TakesFocus())
     Focus();
   SetCapture(Window_);
   Invalidate();

@@ -64,6 +64,8 @@ protected:
   void TextChanged() override;
   // A key, of a window that has the focus; false: not handled.
   virtual bool KeyDown(unsigned Key);
+  // A press brings the focus here.
+  virtual bool TakesFocus() const;
   bool ShowsFocus() const;
   bool Hovered() const { return Hovered_; }
   bool Pressed() const { return Pressed_; }

@@ -1,0 +1,418 @@
+// Forms: their tables, their life, the keyboard, and how texts make them grow.
+#include <algorithm>
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+#include "controls/Button.h"
+#include "controls/CheckBox.h"
+#include "controls/ImageNote.h"
+#include "controls/Label.h"
+#include "controls/LabelNote.h"
+#include "controls/ListView.h"
+#include "controls/MenuItem.h"
+#include "controls/MessageLoop.h"
+#include "controls/Panel.h"
+#include "controls/StatusBar.h"
+#include "controls/Win32.h"
+#include "platform/Text.h"
+#include "tests/controls/DemoForm.h"
+#include "tests/controls/User.h"
+
+namespace hivesweep {
+namespace {
+
+using TNames = std::vector<std::u16string>;
+
+class Form : public testing::Test {
+protected:
+  TLook Look;
+};
+
+// ---- tables -----------------------------------------------------------------------------
+
+struct TListener {
+  void Notify(TComponent &Sender) { static_cast<void>(Sender); }
+  void Column(TListView &Sender, int Number) {
+    static_cast<void>(Sender);
+    static_cast<void>(Number);
+  }
+};
+
+TEST_F(Form, AWrongNameFailsBeforeTheFormIsSeen) {
+  const TComponentRow Good{
+      .Name = u"Go", .Kind = TKind::Button, .On = {{TEvent::Click, u"GoClick"}}};
+  const auto With = [&Good](auto Change) {
+    TComponentRow Row = Good;
+    Change(Row);
+    return std::vector<TComponentRow>{Good, Row};
+  };
+  const auto Named = [&With](auto Change) {
+    return With([&](TComponentRow &Row) {
+      Row.Name = u"Other";
+      Change(Row);
+    });
+  };
+  const struct {
+    const char *Why;
+    std::vector<TComponentRow> Rows;
+    const char *Says;
+  } Cases[] = {
+      {"the same name twice", With([](TComponentRow &) {}), "bad.Go: a name"},
+      {"no name", With([](TComponentRow &Row) { Row.Name.clear(); }), "bad.: a name"},
+      {"no such handler", Named([](TComponentRow &Row) {
+         Row.On = {{TEvent::Click, u"GoClik"}};
+       }),
+       "bad.Other: there is no handler GoClik"},
+      {"an event that a button does not have", Named([](TComponentRow &Row) {
+         Row.On = {{TEvent::Timer, u"GoClick"}};
+       }),
+       "bad.Other: this event cannot be served by GoClick"},
+      {"a handler of another kind", Named([](TComponentRow &Row) {
+         Row.Kind = TKind::ListView;
+         Row.On = {{TEvent::ColumnClick, u"GoClick"}};
+       }),
+       "bad.Other: this event cannot be served by GoClick"},
+      {"no such parent", Named([](TComponentRow &Row) { Row.Parent = u"Nowhere"; }),
+       "bad.Other: there is no fitting Nowhere"},
+      {"a list without its images", Named([](TComponentRow &Row) {
+         Row.Kind = TKind::ListView;
+         Row.Images = u"Go";
+       }),
+       "bad.Other: there is no fitting Go"},
+      {"an entry without a menu", Named([](TComponentRow &Row) { Row.Kind = TKind::MenuItem; }),
+       "bad.Other: an entry without a menu"},
+      {"a handler that nothing uses", {}, "bad.GoClick: no component has this handler"},
+  };
+  TListener Listener;
+  for (const auto &C : Cases) {
+    const TFormTable Table{.Name = u"bad", .Size = {100, 100}, .Rows = C.Rows};
+    try {
+      const TForm Bad(Look, nullptr, Table, {Handler(u"GoClick", &Listener, &TListener::Notify)});
+      ADD_FAILURE() << C.Why;
+    } catch (const TFormError &Error) {
+      EXPECT_EQ(std::string(Error.what()).rfind(C.Says, 0), 0U) << C.Why << ": " << Error.what();
+    }
+  }
+}
+
+TEST_F(Form, FindsItsComponentsByNameInTheOrderOfTheTable) {
+  TDemoWindow Window(Look);
+  for (int N = 1; N <= 5; ++N) {
+    const std::u16string Number = ToDecimal(static_cast<unsigned>(N));
+    EXPECT_EQ(Window.Find<TLabel>(u"Label_" + Number).Tag, N);
+    EXPECT_EQ(Window.Find<TLabel>(u"lab_" + Number).Parent(),
+              &Window.Find<TImageNote>(u"ImageNote_" + Number));
+  }
+  EXPECT_EQ(Window.FindComponent(u"Label_6"), nullptr);
+  EXPECT_THROW(Window.Find<TLabel>(u"Label_6"), TFormError);
+  EXPECT_THROW(Window.Find<TButton>(u"Label_5"), TFormError) << "there, but no button";
+  const TFormTable Table = TDemoWindow::Table();
+  ASSERT_EQ(Window.Components().size(), Table.Rows.size());
+  for (std::size_t I = 0; I < Table.Rows.size(); ++I) {
+    EXPECT_EQ(Window.Components()[I]->Name(), Table.Rows[I].Name);
+    EXPECT_EQ(Window.Components()[I]->Owner(), &Window);
+  }
+}
+
+// ---- the mouse ---------------------------------------------------------------------------
+
+TEST_F(Form, OneHandlerServesAFamilyAndLearnsWhoWasPressed) {
+  TDemoWindow Window(Look);
+  Window.Show();
+  PressAt(Window.Find<TImageNote>(u"ImageNote_2"), {3, 3});
+  Press(Window.Find<TControl>(u"Label_3"));
+  Press(Window.Find<TControl>(u"Image_4"));
+  EXPECT_EQ(Window.Happened, (TNames{u"ImageNote_2", u"Label_3", u"Image_4"}));
+  EXPECT_FALSE(Window.Find<TImageNote>(u"ImageNote_2").Selected());
+  EXPECT_TRUE(Window.Find<TImageNote>(u"ImageNote_4").Selected());
+  EXPECT_EQ(PixelOf(Window.Find<TControl>(u"ImageNote_4"), {2, 2}),
+            Look.Color(TColorRole::PaneSelected));
+}
+
+TEST_F(Form, APressCountsOnlyWhereItIsLetGo) {
+  TDemoDialog Dialog(Look, nullptr);
+  Dialog.Show();
+  Dialog.Happened.clear();
+  auto &Button = Dialog.Find<TButton>(u"Scan");
+  const auto Up = [&](int X, int Y) {
+    PostPress(Button, {5, 5});
+    PostMessageW(Button.Handle(), WM_LBUTTONUP, 0, MAKELPARAM(X, Y));
+    PumpMessages();
+  };
+  Up(5, -30);
+  EXPECT_EQ(Dialog.Happened, TNames{});
+  Up(9, 9);
+  EXPECT_EQ(Dialog.Happened, TNames{u"Scan"});
+  Button.SetEnabled(false);
+  EXPECT_FALSE(IsWindowEnabled(Button.Handle()));
+  SendMessageW(Button.Handle(), BM_CLICK, 0, 0);
+  Dialog.Find<TLabelNote>(u"Links").Focus();
+  PressAt(Dialog.Find<TLabelNote>(u"Links"), {10, 24});
+  EXPECT_EQ(Dialog.Find<TLabelNote>(u"Links").Index(), 1);
+}
+
+// ---- the keyboard -------------------------------------------------------------------------
+
+std::u16string FocusName() {
+  const TWindowControl *Focused = TWindowControl::Of(GetFocus());
+  return Focused ? Focused->Name() : u"";
+}
+
+TEST_F(Form, TabLeadsThroughTheControlsInTheOrderOfTheTable) {
+  TDemoDialog Dialog(Look, nullptr);
+  Dialog.Show();
+  TNames Order;
+  for (int Step = 0; Step < 6; ++Step) {
+    Order.push_back(FocusName());
+    Type(VK_TAB);
+  }
+  EXPECT_EQ(Order, (TNames{u"List", u"Links", u"Help", u"Scan", u"Close", u"List"}));
+  Dialog.Find<TButton>(u"Help").Focus();
+  Dialog.Find<TButton>(u"Help").SetEnabled(false);
+  EXPECT_EQ(FocusName(), u"Scan") << "a disabled control gives the focus away";
+}
+
+TEST_F(Form, OfAFamilyOfEntriesTabReachesTheSelectedOneAndArrowsTheRest) {
+  TDemoWindow Window(Look);
+  Window.Show();
+  PressAt(Window.Find<TImageNote>(u"ImageNote_3"), {3, 3});
+  EXPECT_EQ(FocusName(), u"ImageNote_3");
+  Type(VK_TAB);
+  EXPECT_EQ(FocusName(), u"Check_all");
+  Window.Find<TImageNote>(u"ImageNote_3").Focus();
+  for (const unsigned Key : {VK_DOWN, VK_DOWN, VK_DOWN, VK_UP})
+    Type(Key);
+  EXPECT_EQ(Window.Happened,
+            (TNames{u"ImageNote_3", u"ImageNote_4", u"ImageNote_5", u"ImageNote_4"}));
+}
+
+TEST_F(Form, EnterEscapeAndAccessKeysPressTheirButtons) {
+  TDemoDialog Dialog(Look, nullptr);
+  Dialog.Show();
+  Dialog.Happened.clear();
+  Type(VK_RETURN); // in the list: the default button
+  Dialog.Find<TButton>(u"Help").Focus();
+  Type(VK_RETURN); // its own
+  Type(VK_SPACE);
+  TypeWithAlt(u's');
+  EXPECT_EQ(Dialog.Happened, (TNames{u"Scan", u"Help", u"Help", u"Scan"}));
+  Dialog.Happened.clear();
+  Dialog.Find<TButton>(u"Scan").SetEnabled(false);
+  Dialog.Find<TListView>(u"List").Focus();
+  Type(VK_RETURN);
+  EXPECT_EQ(Dialog.Happened, TNames{}) << "a disabled default button";
+  Type(VK_ESCAPE);
+  EXPECT_EQ(Dialog.Happened, (TNames{u"Close", u"demo_dialog"}));
+  EXPECT_FALSE(Dialog.Visible());
+}
+
+// ---- life ------------------------------------------------------------------------------------
+
+TEST_F(Form, AModalFormHoldsTheOneAboveUntilItIsClosed) {
+  TDemoWindow Window(Look);
+  Window.Show();
+  TDemoDialog Dialog(Look, &Window);
+  bool AboveWasFree = true;
+  // The close box of the frame.
+  PostMessageW(Dialog.Handle(), WM_CLOSE, 0, 0);
+  Dialog.Bind(TEvent::Show, TNotify([&](TComponent &) { Dialog.Happened.emplace_back(u"shown"); }));
+  Dialog.Bind(TEvent::Close, TNotify([&](TComponent &) {
+                AboveWasFree = IsWindowEnabled(Window.Handle());
+                Dialog.Happened.emplace_back(u"closed");
+              }));
+  EXPECT_TRUE(Dialog.ShowModal());
+  EXPECT_EQ(Dialog.Happened, (TNames{u"shown", u"Close", u"closed"}))
+      << "the close box presses the cancel button";
+  EXPECT_TRUE(AboveWasFree);
+  EXPECT_TRUE(IsWindowEnabled(Window.Handle()));
+  EXPECT_EQ(GetActiveWindow(), Window.Handle());
+}
+
+TEST_F(Form, TheRequestToEndReachesTheOuterLoop) {
+  TDemoWindow Window(Look);
+  Window.Show();
+  TDemoDialog Dialog(Look, &Window);
+  PostQuitMessage(3);
+  EXPECT_FALSE(Dialog.ShowModal());
+  EXPECT_TRUE(IsWindowEnabled(Window.Handle()));
+  EXPECT_FALSE(LoopUntil([] { return false; }));
+  MSG Message;
+  while (PeekMessageW(&Message, nullptr, 0, 0, PM_REMOVE)) // also ends the request
+    continue;
+}
+
+TEST_F(Form, WhatAHandlerThrowsComesOutOfTheLoop) {
+  TDemoDialog Dialog(Look, nullptr);
+  Dialog.Show();
+  auto &Help = Dialog.Find<TButton>(u"Help");
+  Help.Bind(TEvent::Click, TNotify([](TComponent &) { throw std::runtime_error("broken"); }));
+  EXPECT_THROW(Press(Help), std::runtime_error);
+  PumpMessages();
+  EXPECT_EQ(Dialog.Happened, TNames{u"demo_dialog"}) << "and the form lives on";
+}
+
+TEST_F(Form, OpeningAndClosingLeavesNothingBehind) {
+  TDemoWindow Window(Look);
+  Window.Show();
+  const auto Open = [&] {
+    TDemoDialog Dialog(Look, &Window);
+    auto &List = Dialog.Find<TListView>(u"List");
+    List.AddRow({{u"Fonts"}, -1, {}, true});
+    PostMessageW(Dialog.Handle(), WM_CLOSE, 0, 0);
+    Dialog.ShowModal();
+    TLook Other(120);
+    TDemoWindow Second(Other);
+    Second.Show();
+    PumpMessages();
+  };
+  Open(); // what is made once
+  const TObjectCount Before = CountObjects();
+  constexpr int Times = 20;
+  for (int Time = 0; Time < Times; ++Time)
+    Open();
+  const TObjectCount After = CountObjects();
+  EXPECT_LT(After.Drawing, Before.Drawing + Times);
+  EXPECT_LT(After.Windows, Before.Windows + Times);
+}
+
+// ---- layout -------------------------------------------------------------------------------------
+
+// No control cuts its texts, leaves its parent, or covers a neighbour that the table
+// keeps apart.
+void ExpectWellLaidOut(const TForm &Form, const std::string &Why) {
+  const auto Apart = [](const TRect &A, const TRect &B) {
+    return A.Right() <= B.Left || B.Right() <= A.Left || A.Bottom() <= B.Top || B.Bottom() <= A.Top;
+  };
+  for (const auto &Component : Form.Components()) {
+    const auto *Control = dynamic_cast<const TControl *>(Component.get());
+    if (!Control || !Control->Visible())
+      continue;
+    const std::string Name = Why + ": " + ToUtf8(Control->Name());
+    const TRect &Place = Control->Bounds();
+    const TSize Needed = Control->Needed(Place.Width);
+    EXPECT_GE(Place.Width, Needed.Width) << Name;
+    EXPECT_GE(Place.Height, Needed.Height) << Name;
+    RECT Room;
+    GetClientRect(Control->Parent()->Handle(), &Room);
+    EXPECT_TRUE(Place.Left >= 0 && Place.Top >= 0 && Place.Right() <= Room.right &&
+                Place.Bottom() <= Room.bottom)
+        << Name;
+    for (const TControl *Other : Control->Parent()->Children()) {
+      if (Other != Control && Other->Visible() && Apart(Control->Design(), Other->Design())) {
+        EXPECT_TRUE(Apart(Place, Other->Bounds())) << Name << " and " << ToUtf8(Other->Name());
+      }
+    }
+  }
+}
+
+// Twice as long, as a translation can be.
+void Lengthen(TForm &Form) {
+  const TLayoutPause Pause(Form);
+  for (const auto &Component : Form.Components())
+    Component->VisitTexts([](std::u16string_view, std::u16string &Text) { Text += u" " + Text; });
+}
+
+TEST_F(Form, LaysOutAtEveryScaleAndForLongTexts) {
+  for (const int Dpi : {96, 120, 144, 192}) {
+    const std::string Why = std::to_string(Dpi);
+    TLook Scaled(Dpi);
+    TDemoWindow Window(Scaled);
+    TDemoDialog Dialog(Scaled, nullptr);
+    EXPECT_GE(Window.LeastClientSize().Width, 760 * Dpi / 96);
+    for (TForm *Each : std::initializer_list<TForm *>{&Window, &Dialog}) {
+      Each->Show();
+      ExpectWellLaidOut(*Each, Why);
+      const TSize Before = Each->LeastClientSize();
+      Lengthen(*Each);
+      ExpectWellLaidOut(*Each, Why + ", long texts");
+      EXPECT_GE(Each->LeastClientSize().Height, Before.Height);
+      Each->SetClientSize(
+          {Each->LeastClientSize().Width + 150, Each->LeastClientSize().Height + 90});
+      ExpectWellLaidOut(*Each, Why + ", larger");
+    }
+  }
+}
+
+TEST_F(Form, AWrappedTextGrowsDownwardsAndMovesWhatIsBelow) {
+  TDemoDialog Dialog(Look, nullptr);
+  Dialog.Show();
+  const TRect List = Dialog.Find<TControl>(u"List").Bounds();
+  const TRect Close = Dialog.Find<TControl>(u"Close").Bounds();
+  const int Height = Dialog.Bounds().Height;
+  auto &Text = Dialog.Find<TLabel>(u"Text");
+  const int Line = Text.Bounds().Height;
+  std::u16string Long;
+  for (int Word = 0; Word < 60; ++Word)
+    Long += u"word ";
+  Text.SetText(Long);
+  const int Growth = Text.Bounds().Height - Line;
+  EXPECT_GT(Growth, 2 * Line);
+  EXPECT_EQ(Dialog.Bounds().Height - Height,
+            Dialog.Find<TControl>(u"Close").Bounds().Top - Close.Top);
+  EXPECT_GT(Dialog.Find<TControl>(u"List").Bounds().Top, List.Top + Growth / 2);
+  EXPECT_EQ(Dialog.Find<TControl>(u"List").Bounds().Height, List.Height);
+}
+
+TEST_F(Form, FollowsItsWindowDownToTheLeastSize) {
+  TDemoWindow Window(Look);
+  Window.Show();
+  const TRect List = Window.Find<TControl>(u"List").Bounds();
+  const TRect Status = Window.Find<TControl>(u"Status").Bounds();
+  RECT Frame;
+  GetWindowRect(Window.Handle(), &Frame);
+  const auto Resize = [&](int Wider, int Higher) {
+    SetWindowPos(Window.Handle(), nullptr, 0, 0, Frame.right - Frame.left + Wider,
+                 Frame.bottom - Frame.top + Higher, SWP_NOMOVE | SWP_NOZORDER);
+    PumpMessages();
+  };
+  Resize(100, 50);
+  EXPECT_EQ(Window.Find<TControl>(u"List").Bounds(),
+            (TRect{List.Left, List.Top, List.Width + 100, List.Height + 50}));
+  EXPECT_EQ(Window.Find<TControl>(u"Status").Bounds(),
+            (TRect{0, Status.Top + 50, Status.Width + 100, Status.Height}));
+  Resize(-300, -300);
+  EXPECT_EQ(Window.Find<TControl>(u"List").Bounds(), List);
+}
+
+TEST_F(Form, ATextOfAnyLengthIsShortenedAndToldInFullByItsHint) {
+  TDemoWindow Window(Look);
+  Window.Show();
+  auto &Key = Window.Find<TLabel>(u"Key");
+  EXPECT_TRUE(Key.Shortened());
+  const TRect Place = Key.Bounds();
+  Key.SetText(u"short");
+  EXPECT_FALSE(Key.Shortened());
+  EXPECT_EQ(Key.Bounds(), Place);
+}
+
+// ---- texts
+// ----------------------------------------------------------------------------------------
+
+TEST_F(Form, ShowsATranslatorEveryTextUnderItsName) {
+  TDemoWindow Window(Look);
+  TDemoDialog Dialog(Look, nullptr);
+  TNames Seen;
+  for (const TForm *Each : std::initializer_list<const TForm *>{&Window, &Dialog})
+    for (const auto &Component : Each->Components())
+      Component->VisitTexts([&](std::u16string_view Property, std::u16string &Text) {
+        Seen.push_back(Component->Name() + u"." + std::u16string(Property));
+        Text += u"!";
+      });
+  for (const char16_t *Name :
+       {u"Scan.Caption", u"BarMore.Caption", u"ImageNote_1.Hint", u"Title.Caption",
+        u"List.Columns[2].Caption", u"Status.Panels[1].Text", u"Links.Items[1].Caption",
+        u"Group.Caption", u"Check_all.Caption"})
+    EXPECT_EQ(std::count(Seen.begin(), Seen.end(), Name),
+              std::u16string_view(Name) == u"Scan.Caption" ? 2 : 1)
+        << ToUtf8(Name);
+  EXPECT_EQ(std::count(Seen.begin(), Seen.end(), u"Line.Caption"), 0) << "a line has no text";
+  EXPECT_EQ(Window.Find<TListView>(u"List").ColumnCaption(2), u"Registry key!");
+  EXPECT_EQ(Window.Find<TStatusBar>(u"Status").PanelText(1), u"!");
+  EXPECT_EQ(Window.Find<TMenuItem>(u"BarMore").Caption(), u"More!");
+  EXPECT_EQ(Window.Find<TImageNote>(u"ImageNote_1").Hint(), u"Show Summary!");
+  EXPECT_EQ(Dialog.Find<TLabelNote>(u"Links").Items()[1], u"Second link!");
+}
+
+} // namespace
+} // namespace hivesweep

@@ -1,0 +1,101 @@
+// The rules by which controls make room for each other along one axis.
+#include <gtest/gtest.h>
+
+#include "controls/Layout.h"
+
+namespace hivesweep {
+namespace {
+
+constexpr int Gap = 6;
+
+// In a parent of 200: {position, size, needed, low, high}.
+struct TCase {
+  const char *Why;
+  std::vector<TLayoutItem> Items;
+  int Least;
+  int Actual;
+  std::vector<int> Positions;
+  std::vector<int> Sizes;
+};
+
+TLayoutItem Item(int Position, int Size, int Needed = 0, bool High = false, bool Low = true) {
+  return {Position, Size, Needed, Low, High, 0, 10};
+}
+TLayoutItem Below(TLayoutItem Item) {
+  Item.CrossPosition = 20;
+  return Item;
+}
+
+TEST(Layout, GivesWayToWhatNeedsMoreRoom) {
+  constexpr bool High = true, NotLow = false;
+  const TCase Cases[] = {
+      {"all fits: the design", {Item(10, 50), Item(70, 50)}, 200, 200, {10, 70}, {50, 50}},
+      {"free space is used first",
+       {Item(10, 50, 70), Item(100, 50)},
+       200,
+       200,
+       {10, 100},
+       {70, 50}},
+      {"then the neighbour moves",
+       {Item(10, 50, 100), Item(70, 50)},
+       200,
+       200,
+       {10, 116},
+       {100, 50}},
+      {"a design that is closer than the gap stays as close",
+       {Item(10, 50, 60), Item(62, 50)},
+       200,
+       200,
+       {10, 72},
+       {60, 50}},
+      {"a chain is pushed on, and the parent grows",
+       {Item(10, 50, 150), Item(66, 60), Item(132, 60)},
+       10 + 150 + 6 + 60 + 6 + 60 + 6,
+       300,
+       {10, 166, 232},
+       {150, 60, 60}},
+      {"another line is not moved",
+       {Item(10, 50, 100), Below(Item(70, 50))},
+       200,
+       200,
+       {10, 70},
+       {100, 50}},
+      {"what hangs on the far edge grows towards the near one",
+       {Item(100, 40, 60, High, NotLow), Item(150, 40, 50, High, NotLow)},
+       200,
+       260,
+       {260 - 10 - 50 - 10 - 60 + 4, 260 - 10 - 50},
+       {60, 50}},
+      {"both edges meet: the parent grows",
+       {Item(10, 80, 120), Item(110, 80, 90, High, NotLow)},
+       10 + 120 + 6 + 90 + 10,
+       300,
+       {10, 300 - 10 - 90},
+       {120, 90}},
+      {"what hangs on both edges takes the parent's growth",
+       {Item(10, 180, 0, High)},
+       200,
+       260,
+       {10},
+       {240}},
+      {"a pushed one that stretches keeps its size: the parent grows",
+       {Item(10, 20, 40), Item(36, 154, 0, High)},
+       220,
+       220,
+       {10, 56},
+       {40, 154}},
+      {"less than the least is taken for the least", {Item(10, 50, 300)}, 316, 50, {10}, {300}},
+  };
+  for (const TCase &C : Cases) {
+    EXPECT_EQ(LeastParentSize(C.Items, 200, Gap), C.Least) << C.Why;
+    const auto Placed = PlaceItems(C.Items, 200, Gap, C.Actual);
+    ASSERT_EQ(Placed.size(), C.Positions.size()) << C.Why;
+    for (std::size_t I = 0; I < Placed.size(); ++I) {
+      EXPECT_EQ(Placed[I].Position, C.Positions[I]) << C.Why << ", item " << I;
+      EXPECT_EQ(Placed[I].Size, C.Sizes[I]) << C.Why << ", item " << I;
+    }
+  }
+}
+
+} // namespace
+} // namespace hivesweep

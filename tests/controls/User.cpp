@@ -1,0 +1,129 @@
+#include "tests/controls/User.h"
+
+#include "controls/Form.h"
+#include "controls/MessageLoop.h"
+#include "controls/Win32.h"
+
+namespace hivesweep {
+
+namespace {
+
+constexpr UINT Patience = 10'000; // milliseconds
+
+// The window that shows a control, and the control's corner in it.
+HWND WindowOf(const TControl &Control, TPoint &Corner) {
+  if (const auto *Own = dynamic_cast<const TWindowControl *>(&Control)) {
+    Corner = {0, 0};
+    return Own->Handle();
+  }
+  Corner = {Control.Bounds().Left, Control.Bounds().Top};
+  return Control.Parent()->Handle();
+}
+
+int AnswerButton = 0;
+std::u16string AnswerText;
+
+void CALLBACK AnswerBox(HWND, UINT, UINT_PTR Timer, DWORD) {
+  const HWND Box = FindWindowW(L"#32770", nullptr);
+  if (!Box || !GetDlgItem(Box, AnswerButton))
+    return; // not yet
+  KillTimer(nullptr, Timer);
+  wchar_t Text[512] = L"";
+  GetDlgItemTextW(Box, 0xFFFF, Text, static_cast<int>(std::size(Text)));
+  AnswerText = FromWide(Text);
+  PostMessageW(Box, WM_COMMAND, static_cast<WPARAM>(AnswerButton), 0);
+}
+
+UINT_PTR AnswerTimer = 0;
+
+} // namespace
+
+void PostPress(const TControl &Control, TPoint Point) {
+  TPoint Corner;
+  const HWND Window = WindowOf(Control, Corner);
+  PostMessageW(Window, WM_LBUTTONDOWN, MK_LBUTTON,
+               MAKELPARAM(Corner.X + Point.X, Corner.Y + Point.Y));
+}
+
+void PressAt(const TControl &Control, TPoint Point) {
+  TPoint Corner;
+  const HWND Window = WindowOf(Control, Corner);
+  PostPress(Control, Point);
+  PostMessageW(Window, WM_LBUTTONUP, 0, MAKELPARAM(Corner.X + Point.X, Corner.Y + Point.Y));
+  PumpMessages();
+}
+
+void Press(const TControl &Control) {
+  PressAt(Control, {Control.Bounds().Width / 2, Control.Bounds().Height / 2});
+}
+
+void PostKey(unsigned Key) {
+  PostMessageW(GetFocus(), WM_KEYDOWN, Key, 1);
+  PostMessageW(GetFocus(), WM_KEYUP, Key, static_cast<LPARAM>(0xC0000001));
+}
+
+void Type(unsigned Key) {
+  PostKey(Key);
+  PumpMessages();
+}
+
+void TypeWithAlt(char16_t Letter) {
+  PostMessageW(GetFocus(), WM_SYSCHAR, Letter, 0x20000001);
+  PumpMessages();
+}
+
+bool WaitUntil(const std::function<bool()> &Done) {
+  const DWORD Start = GetTickCount();
+  const UINT_PTR Waker = SetTimer(nullptr, 0, 10, nullptr);
+  LoopUntil([&] { return Done() || GetTickCount() - Start > Patience; });
+  KillTimer(nullptr, Waker);
+  return Done();
+}
+
+TBoxAnswer::TBoxAnswer(int Button) {
+  AnswerButton = Button;
+  AnswerText.clear();
+  AnswerTimer = SetTimer(nullptr, 0, 10, AnswerBox);
+}
+
+TBoxAnswer::~TBoxAnswer() { KillTimer(nullptr, AnswerTimer); }
+
+const std::u16string &TBoxAnswer::Text() const { return AnswerText; }
+
+TColor PixelOf(const TControl &Control, TPoint Point) {
+  TPoint Corner;
+  const HWND Window = WindowOf(Control, Corner);
+  RECT Inside;
+  GetClientRect(Window, &Inside);
+  const HDC Screen = GetDC(Window);
+  TColor Answer;
+  {
+    const HDC Memory = CreateCompatibleDC(Screen);
+    const HBITMAP Picture = CreateCompatibleBitmap(Screen, Inside.right, Inside.bottom);
+    const HGDIOBJ Before = SelectObject(Memory, Picture);
+    SendMessageW(Window, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(Memory), PRF_CLIENT);
+    Answer = GetPixel(Memory, Corner.X + Point.X, Corner.Y + Point.Y);
+    SelectObject(Memory, Before);
+    DeleteObject(Picture);
+    DeleteDC(Memory);
+  }
+  ReleaseDC(Window, Screen);
+  return Answer;
+}
+
+TObjectCount CountObjects() {
+  TObjectCount Count{static_cast<int>(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS)),
+                     static_cast<int>(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS))};
+  if (Count.Drawing > 0)
+    return Count;
+  // Wine does not count. But it gives out the lowest number that is free, so that what
+  // is left behind drives the numbers up.
+  const HPEN Pen = CreatePen(PS_SOLID, 3, RGB(1, 2, 3));
+  const HMENU Menu = CreateMenu();
+  Count = {LOWORD(Pen), LOWORD(Menu)};
+  DeleteObject(Pen);
+  DestroyMenu(Menu);
+  return Count;
+}
+
+} // namespace hivesweep

@@ -1,0 +1,49 @@
+// What a user does to a window, and what the user sees: real messages in the queue.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "controls/Control.h"
+
+namespace hivesweep {
+
+// Presses and lets go the left button in the middle of a control, or at a place in the
+// window that shows it, and lets the program react.
+void Press(const TControl &Control);
+void PressAt(const TControl &Control, TPoint Point);
+// The press alone; nothing is pumped.
+void PostPress(const TControl &Control, TPoint Point);
+
+// A key, to the control that has the focus; nothing is pumped by PostKey.
+void PostKey(unsigned Key);
+void Type(unsigned Key);
+// A letter together with Alt.
+void TypeWithAlt(char16_t Letter);
+
+// Lets the program work until that is so; false when it was not so after ten seconds.
+bool WaitUntil(const std::function<bool()> &Done);
+
+// Presses a button (IDYES, ...) of the next message box that comes up, and then tells
+// its text.
+class TBoxAnswer {
+public:
+  explicit TBoxAnswer(int Button);
+  TBoxAnswer(const TBoxAnswer &) = delete;
+  TBoxAnswer &operator=(const TBoxAnswer &) = delete;
+  ~TBoxAnswer();
+  const std::u16string &Text() const;
+};
+
+// The colour of a pixel of what the control shows, 0x00BBGGRR.
+TColor PixelOf(const TControl &Control, TPoint Point);
+
+// How many objects of the system this program holds: drawing objects, and windows with
+// menus. Comparable only with a count made just before.
+struct TObjectCount {
+  int Drawing;
+  int Windows;
+};
+TObjectCount CountObjects();
+
+} // namespace hivesweep
