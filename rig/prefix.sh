@@ -41,13 +41,13 @@ flock 9
 exec 8>&-
 # shellcheck disable=SC2317 # called by the trap
 remove() {
-  if [ -n "${xvfb:-}" ]; then
-    kill "$xvfb" 2>/dev/null && wait "$xvfb" || :
-  fi
   # In the background, as Wine takes most of a second to end; closing the terminal
   # meanwhile must not stop it half-way.
   trap '' HUP INT TERM
-  "$here/reap.sh" "$WINEPREFIX" </dev/null >/dev/null 2>&1 9>&- &
+  {
+    "$here/reap.sh" "$WINEPREFIX" || :
+    [ -z "${xvfb:-}" ] || kill "$xvfb" # last: Wine complains of a display that goes
+  } </dev/null >/dev/null 2>&1 9>&- &
 }
 trap remove EXIT
 trap 'exit 129' HUP

@@ -1,5 +1,8 @@
 #include "tests/controls/User.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "controls/Form.h"
 #include "controls/MessageLoop.h"
 #include "controls/Win32.h"
@@ -116,13 +119,22 @@ TObjectCount CountObjects() {
                      static_cast<int>(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS))};
   if (Count.Drawing > 0)
     return Count;
-  // Wine does not count. But it gives out the lowest number that is free, so that what
-  // is left behind drives the numbers up.
-  const HPEN Pen = CreatePen(PS_SOLID, 3, RGB(1, 2, 3));
-  const HMENU Menu = CreateMenu();
-  Count = {LOWORD(Pen), LOWORD(Menu)};
-  DeleteObject(Pen);
-  DestroyMenu(Menu);
+  // Wine does not count, but its numbers are dense: so many new objects that all gaps are
+  // filled reach a number that rises by what is left behind.
+  std::vector<HPEN> Pens(3'000);
+  std::vector<HMENU> Menus(1'000);
+  for (HPEN &Pen : Pens) {
+    Pen = CreatePen(PS_SOLID, 3, RGB(1, 2, 3));
+    Count.Drawing = std::max<int>(Count.Drawing, LOWORD(Pen));
+  }
+  for (HMENU &Menu : Menus) {
+    Menu = CreateMenu();
+    Count.Windows = std::max<int>(Count.Windows, LOWORD(Menu));
+  }
+  for (const HPEN Pen : Pens)
+    DeleteObject(Pen);
+  for (const HMENU Menu : Menus)
+    DestroyMenu(Menu);
   return Count;
 }
 
