@@ -2,23 +2,19 @@
 // default button and no other one has.
 #pragma once
 
-#include "controls/WindowControl.h"
+#include "controls/Pressable.h"
 
 namespace hivesweep {
 
-class TButton : public TWindowControl {
+class TButton : public TPressable {
 public:
-  TButton(TForm *Owner, TWindowControl *Parent, std::u16string Name);
+  using TPressable::TPressable;
 
   // Drawn as the one that Enter presses; the form's table makes it so.
   void SetDefault(bool Default);
 
   TSize Needed(int Width) const override;
   void Paint(TCanvas &Canvas) override;
-  TAnswer Reflected(const TMessage &Message) override;
-
-protected:
-  bool KeyDown(unsigned Key) override;
 
 private:
   bool Default_ = false;

@@ -11,18 +11,13 @@ constexpr int BoxUnits = 13;
 constexpr int GapUnits = 6;
 } // namespace
 
-TCheckBox::TCheckBox(TForm *Owner, TWindowControl *Parent, std::u16string Name)
-    : TWindowControl(Owner, Parent, std::move(Name)) {
-  MakeWindow(L"BUTTON", BS_OWNERDRAW | WS_TABSTOP);
-}
-
 void TCheckBox::SetChecked(bool Checked) {
   Checked_ = Checked;
   Invalidate();
 }
 
 bool TCheckBox::Knows(TEvent Event) const {
-  return Event == TEvent::MouseUp || TWindowControl::Knows(Event);
+  return Event == TEvent::MouseUp || TPressable::Knows(Event);
 }
 
 TSize TCheckBox::Needed(int Width) const {
@@ -41,7 +36,7 @@ void TCheckBox::PaintBox(TCanvas &Canvas, const TRect &Square, bool Checked, boo
 }
 
 void TCheckBox::Paint(TCanvas &Canvas) {
-  TWindowControl::Paint(Canvas);
+  TPressable::Paint(Canvas);
   const int Extent = Look().Scale(BoxUnits);
   PaintBox(Canvas, {0, (Bounds().Height - Extent) / 2, Extent, Extent}, Checked_, Enabled());
   const int Left = Extent + Look().Scale(GapUnits);
@@ -60,25 +55,11 @@ void TCheckBox::Click() {
   Fire(TEvent::MouseUp);
 }
 
-bool TCheckBox::KeyDown(unsigned Key) {
-  if (Key != VK_SPACE)
-    return false;
-  Click();
-  return true;
-}
-
 TAnswer TCheckBox::Receive(const TMessage &Message) {
   // What other programs (aids for the blind) ask a check box.
   if (Message.Id == BM_GETCHECK)
     return Checked_ ? BST_CHECKED : BST_UNCHECKED;
-  return TWindowControl::Receive(Message);
-}
-
-TAnswer TCheckBox::Reflected(const TMessage &Message) {
-  if (Message.Id != WM_DRAWITEM)
-    return std::nullopt;
-  Invalidate();
-  return 1;
+  return TPressable::Receive(Message);
 }
 
 } // namespace hivesweep

@@ -1,13 +1,13 @@
 // A box that is checked or not. Click, then MouseUp are told after it has changed.
 #pragma once
 
-#include "controls/WindowControl.h"
+#include "controls/Pressable.h"
 
 namespace hivesweep {
 
-class TCheckBox : public TWindowControl {
+class TCheckBox : public TPressable {
 public:
-  TCheckBox(TForm *Owner, TWindowControl *Parent, std::u16string Name);
+  using TPressable::TPressable;
 
   bool Checked() const { return Checked_; }
   // Tells no handler.
@@ -18,13 +18,9 @@ public:
   void Paint(TCanvas &Canvas) override;
   void Click() override;
   TAnswer Receive(const TMessage &Message) override;
-  TAnswer Reflected(const TMessage &Message) override;
 
   // The box itself, anywhere.
   static void PaintBox(TCanvas &Canvas, const TRect &Square, bool Checked, bool Enabled);
-
-protected:
-  bool KeyDown(unsigned Key) override;
 
 private:
   bool Checked_ = false;

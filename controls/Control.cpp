@@ -28,6 +28,13 @@ void TControl::SetText(std::u16string_view Text) {
     RequestLayout();
 }
 
+void TControl::SetHint(std::u16string_view Hint) {
+  const bool Could = CanHint();
+  Hint_ = Hint;
+  if (CanHint() != Could)
+    RequestLayout();
+}
+
 void TControl::SetDesign(const TRect &Units, const TAnchors &Anchors) {
   Design_ = Units;
   Anchors_ = Anchors;

@@ -27,7 +27,10 @@ public:
   void SetText(std::u16string_view Text);
   // Shown in a small window when the mouse rests here.
   const std::u16string &Hint() const { return Hint_; }
-  void SetHint(std::u16string_view Hint) { Hint_ = Hint; }
+  void SetHint(std::u16string_view Hint);
+  // What is told when the mouse rests here now; and whether it can ever be something.
+  virtual std::u16string ShownHint() const { return Hint_; }
+  virtual bool CanHint() const { return !Hint_.empty(); }
 
   // ---- place ------------------------------------------------------------------
   // In units, in the parent; the layout starts from it.

@@ -115,17 +115,19 @@ void TForm::Show() {
 
 bool TForm::ShowModal() {
   Modal_ = true;
+  Closing_ = false;
   if (Above_)
     EnableWindow(Above_->Handle(), FALSE);
   bool GoesOn = false;
   try {
     Show();
-    GoesOn = LoopUntil([this] { return !Visible(); });
+    GoesOn = LoopUntil([this] { return Closing_; });
   } catch (...) {
     SetHidden();
     throw;
   }
   SetHidden();
+  Fire(TEvent::Close);
   return GoesOn;
 }
 
@@ -144,8 +146,11 @@ void TForm::SetHidden() {
 void TForm::Close() {
   if (!Visible())
     return;
-  SetHidden();
-  Fire(TEvent::Close);
+  Closing_ = true;
+  if (!Modal_) {
+    SetHidden();
+    Fire(TEvent::Close);
+  }
   PostMessageW(Handle(), WM_NULL, 0, 0); // so that its loop looks
 }
 

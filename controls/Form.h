@@ -57,7 +57,9 @@ public:
   // Shows it over the form above, which takes no input meanwhile, until it is closed.
   // False when the program is to end.
   bool ShowModal();
-  // Ends it: hides it, and tells the handler of TEvent::Close.
+  // Ends it: hides it, and tells the handler of TEvent::Close. A modal form goes only when
+  // all its handlers have come to their end, so that one that pumps messages meanwhile
+  // never finds the form above free for another start.
   void Close();
 
   // ---- layout ---------------------------------------------------------------------
@@ -88,7 +90,6 @@ private:
 
   void MakeFormWindow(const TFormTable &Table);
   void Arrange();
-  void EndModal();
   TWindowControl *FocusedControl() const;
   TSize ClientSize() const;
   void SetHidden();
@@ -106,6 +107,7 @@ private:
   int Pauses_ = 1; // until it is built
   bool LayoutWanted_ = false;
   bool Modal_ = false;
+  bool Closing_ = false;
   bool Dialog_;
   bool Arranging_ = false;
 };

@@ -1,7 +1,6 @@
 #include "controls/Hints.h"
 
 #include "controls/Form.h"
-#include "controls/Label.h"
 #include "controls/Win32.h"
 
 namespace hivesweep {
@@ -34,27 +33,29 @@ void THints::Update() {
   Clear();
   for (const auto &Component : Form_.Components()) {
     auto *Control = dynamic_cast<TControl *>(Component.get());
-    if (!Control || !Control->Visible() || TextOf(*Control).empty())
+    if (!Control || !Control->Visible() || !Control->CanHint())
       continue;
     const auto *Own = dynamic_cast<TWindowControl *>(Control);
     const TRect &Place = Control->Bounds();
-    std::u16string Text = TextOf(*Control);
     TOOLINFOW Tool{};
     Tool.cbSize = TTTOOLINFOW_V1_SIZE;
     Tool.uFlags = TTF_SUBCLASS;
     Tool.hwnd = Own ? Own->Handle() : Control->Parent()->Handle();
     Tool.uId = reinterpret_cast<UINT_PTR>(Control);
     Tool.rect = ToSystem(Own ? TRect{0, 0, Place.Width, Place.Height} : Place);
-    Tool.lpszText = Wide(Text.data());
+    Tool.lpszText = LPSTR_TEXTCALLBACKW;
     SendMessageW(Window_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&Tool));
   }
 }
 
-std::u16string THints::TextOf(const TControl &Control) {
-  if (!Control.Hint().empty())
-    return Control.Hint();
-  const auto *Label = dynamic_cast<const TLabel *>(&Control);
-  return Label && Label->Shortened() ? Label->Text() : std::u16string();
+bool THints::Answer(const TMessage &Message) {
+  auto *Notice = reinterpret_cast<NMHDR *>(Message.LParam);
+  if (Notice->code != TTN_GETDISPINFOW)
+    return false;
+  static std::u16string Text; // the system reads it after the answer
+  Text = reinterpret_cast<const TControl *>(Notice->idFrom)->ShownHint();
+  reinterpret_cast<NMTTDISPINFOW *>(Notice)->lpszText = Wide(Text.data());
+  return true;
 }
 
 } // namespace hivesweep

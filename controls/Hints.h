@@ -2,14 +2,12 @@
 // or the whole of a text that its label shows shortened.
 #pragma once
 
-#include <string>
-
 struct HWND__;
 
 namespace hivesweep {
 
-class TControl;
 class TForm;
+struct TMessage;
 
 class THints {
 public:
@@ -20,8 +18,8 @@ public:
 
   // Takes over where the controls stand now.
   void Update();
-  // What is told about a control; empty: nothing.
-  static std::u16string TextOf(const TControl &Control);
+  // Answers the system's question for a text, when the message is one.
+  static bool Answer(const TMessage &Message);
 
 private:
   void Clear();

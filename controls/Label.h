@@ -24,6 +24,9 @@ public:
 
   TSize Needed(int Width) const override;
   void Paint(TCanvas &Canvas) override;
+  // A text that is shown shortened is told whole.
+  std::u16string ShownHint() const override { return Shortened() ? Text() : Hint(); }
+  bool CanHint() const override { return Ellipsis_ || TControl::CanHint(); }
   bool ShowsHand() const override { return Link_; }
 
 private:

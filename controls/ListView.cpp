@@ -139,13 +139,11 @@ void TListView::DisableHorizontalArrows() { EnableScrollBar(Handle(), SB_HORZ, E
 
 int TListView::RowCount() const { return Virtual_ ? Count_ : static_cast<int>(Rows_.size()); }
 
-TListCells TListView::Cells(int Row) const {
+TListCells TListView::Cells(int Row) {
   if (!Virtual_)
     return Rows_.at(static_cast<std::size_t>(Row));
   TListCells Answer;
-  // Asking changes nothing of what the list shows.
-  auto &Self = const_cast<TListView &>(*this);
-  Self.Call<TDataHandler>(TEvent::Data, Self, Row, Answer);
+  Call<TDataHandler>(TEvent::Data, *this, Row, Answer);
   return Answer;
 }
 

@@ -56,7 +56,7 @@ public:
   // ---- rows: numbers count from 0 --------------------------------------------------
   int RowCount() const;
   // What a row shows, as the list itself would learn it; Row must be there.
-  TListCells Cells(int Row) const;
+  TListCells Cells(int Row);
 
   // Of a virtual list: how many rows there are now. They are asked for anew.
   void SetRowCount(int Count);

@@ -2,6 +2,7 @@
 
 #include "controls/Form.h"
 #include "controls/Win32.h"
+#include "platform/Platform.h"
 
 namespace hivesweep {
 
@@ -31,10 +32,11 @@ public:
 
   void Post(TWindowHandle Window, std::uint32_t Message, std::uintptr_t WParam,
             std::intptr_t LParam) override {
-    // To no window the system would post into the thread's own queue.
-    if (Window != 0)
-      PostMessageW(reinterpret_cast<HWND>(Window), Message, WParam, LParam);
+    System_->Post(Window, Message, WParam, LParam);
   }
+
+private:
+  std::unique_ptr<TMessages> System_ = MakeLocalServices().Messages;
 };
 
 } // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "controls/Form.h"
+#include "controls/Hints.h"
 #include "controls/WindowMap.h"
 
 namespace hivesweep {
@@ -156,6 +157,8 @@ TAnswer TWindowControl::Receive(const TMessage &Message) {
     const HWND From = Message.Id == WM_NOTIFY
                           ? reinterpret_cast<const NMHDR *>(Message.LParam)->hwndFrom
                           : reinterpret_cast<HWND>(Message.LParam);
+    if (Message.Id == WM_NOTIFY && THints::Answer(Message))
+      return 0;
     TWindowControl *Child = Of(From);
     return Child && Child != this ? Child->Reflected(Message) : std::nullopt;
   }

@@ -229,6 +229,23 @@ TEST_F(Form, AModalFormHoldsTheOneAboveUntilItIsClosed) {
   EXPECT_EQ(GetActiveWindow(), Window.Handle());
 }
 
+TEST_F(Form, AModalFormGoesOnlyWhenItsHandlersHaveEnded) {
+  TDemoWindow Window(Look);
+  Window.Show();
+  TDemoDialog Dialog(Look, &Window);
+  bool AboveWasFree = true;
+  auto &Scan = Dialog.Find<TButton>(u"Scan");
+  Scan.Bind(TEvent::Click, TNotify([&](TComponent &) {
+              Press(Dialog.Find<TButton>(u"Close")); // while the handler works and pumps
+              AboveWasFree = IsWindowEnabled(Window.Handle());
+              Dialog.Happened.emplace_back(u"worked");
+            }));
+  PostMessageW(Scan.Handle(), BM_CLICK, 0, 0);
+  EXPECT_TRUE(Dialog.ShowModal());
+  EXPECT_FALSE(AboveWasFree);
+  EXPECT_EQ(Dialog.Happened, (TNames{u"demo_dialog", u"Close", u"worked", u"demo_dialog"}));
+}
+
 TEST_F(Form, TheRequestToEndReachesTheOuterLoop) {
   TDemoWindow Window(Look);
   Window.Show();
@@ -379,9 +396,11 @@ TEST_F(Form, ATextOfAnyLengthIsShortenedAndToldInFullByItsHint) {
   Window.Show();
   auto &Key = Window.Find<TLabel>(u"Key");
   EXPECT_TRUE(Key.Shortened());
+  EXPECT_EQ(Key.ShownHint(), Key.Text());
   const TRect Place = Key.Bounds();
   Key.SetText(u"short");
   EXPECT_FALSE(Key.Shortened());
+  EXPECT_EQ(Key.ShownHint(), u"");
   EXPECT_EQ(Key.Bounds(), Place);
 }
 
