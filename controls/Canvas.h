@@ -4,9 +4,7 @@
 #include <string_view>
 
 #include "controls/Look.h"
-
-struct HBITMAP__;
-struct HWND__;
+#include "controls/SystemTypes.h"
 
 namespace hivesweep {
 

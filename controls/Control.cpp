@@ -41,7 +41,9 @@ void TControl::SetDesign(const TRect &Units, const TAnchors &Anchors) {
   RequestLayout();
 }
 
-void TControl::SetBounds(const TRect &Pixels) {
+void TControl::SetBounds(const TRect &Pixels) { TakeBounds(Pixels); }
+
+void TControl::TakeBounds(const TRect &Pixels) {
   if (Pixels == Bounds_)
     return;
   Invalidate();
@@ -49,7 +51,9 @@ void TControl::SetBounds(const TRect &Pixels) {
   Invalidate();
 }
 
-void TControl::SetVisible(bool Visible) {
+void TControl::SetVisible(bool Visible) { TakeVisible(Visible); }
+
+void TControl::TakeVisible(bool Visible) {
   if (Visible == Visible_)
     return;
   Visible_ = Visible;

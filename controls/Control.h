@@ -78,6 +78,9 @@ public:
 
 protected:
   virtual void TextChanged() {}
+  // Remember what is so already, and have it drawn.
+  void TakeBounds(const TRect &Pixels);
+  void TakeVisible(bool Visible);
 
 private:
   TWindowControl *Parent_;

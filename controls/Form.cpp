@@ -53,7 +53,7 @@ TFormError::TFormError(std::u16string_view Form, std::u16string_view Component,
 TForm::TForm(TLook &Look, TForm *Above, const TFormTable &Table,
              const std::vector<TNamedHandler> &Handlers)
     : TWindowControl(this, nullptr, Table.Name), Look_(Look), Above_(Above), Dialog_(Table.Dialog) {
-  TControl::SetVisible(false);
+  TakeVisible(false);
   SetText(Table.Caption);
   SetDesign({0, 0, Table.Size.Width, Table.Size.Height});
   MakeFormWindow(Table);
@@ -79,8 +79,8 @@ void TForm::MakeFormWindow(const TFormTable &Table) {
   MakeWindow(nullptr, FormStyle(Table),
              WS_EX_CONTROLPARENT | (Table.Dialog ? WS_EX_DLGMODALFRAME : WS_EX_APPWINDOW));
   if (Table.Dialog) // Close alone is of use there
-    for (const UINT Command : {SC_MINIMIZE, SC_MAXIMIZE, SC_RESTORE})
-      DeleteMenu(GetSystemMenu(Handle(), FALSE), Command, MF_BYCOMMAND);
+    for (const int Command : {SC_MINIMIZE, SC_MAXIMIZE, SC_RESTORE})
+      DeleteMenu(GetSystemMenu(Handle(), FALSE), static_cast<UINT>(Command), MF_BYCOMMAND);
 }
 
 TComponent *TForm::FindComponent(std::u16string_view Name) const {
@@ -105,7 +105,7 @@ void TForm::Show() {
   SetWindowPos(Handle(), nullptr, Place.X, Place.Y, 0, 0,
                SWP_NOZORDER | SWP_NOSIZE | SWP_NOACTIVATE);
   Fire(TEvent::Show);
-  TControl::SetVisible(true);
+  TakeVisible(true);
   // Marks for the keyboard appear when the keyboard is used.
   SendMessageW(Handle(), WM_CHANGEUISTATE, MAKEWPARAM(UIS_INITIALIZE, 0), 0);
   ShowWindow(Handle(), SW_SHOWNORMAL);
@@ -136,7 +136,7 @@ void TForm::SetHidden() {
   // to activate.
   if (Modal_ && Above_)
     EnableWindow(Above_->Handle(), TRUE);
-  TControl::SetVisible(false);
+  TakeVisible(false);
   if (Handle())
     ShowWindow(Handle(), SW_HIDE);
   if (std::exchange(Modal_, false) && Above_)
@@ -184,7 +184,7 @@ void TForm::Arrange() {
   const TSize Size{std::max(Before.Width, Least_.Width), std::max(Before.Height, Least_.Height)};
   if (Size != Before)
     SetClientSize(Size);
-  TControl::SetBounds({0, 0, Size.Width, Size.Height});
+  TakeBounds({0, 0, Size.Width, Size.Height});
   PlaceControls(*this, Design, Size);
   Hints_->Update();
   Arranging_ = false;

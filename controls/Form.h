@@ -6,10 +6,8 @@
 #include <stdexcept>
 
 #include "controls/FormTable.h"
+#include "controls/SystemTypes.h"
 #include "controls/WindowControl.h"
-
-struct HMENU__;
-struct tagMSG;
 
 namespace hivesweep {
 

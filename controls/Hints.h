@@ -2,7 +2,7 @@
 // or the whole of a text that its label shows shortened.
 #pragma once
 
-struct HWND__;
+#include "controls/SystemTypes.h"
 
 namespace hivesweep {
 

@@ -3,9 +3,7 @@
 
 #include "controls/Canvas.h"
 #include "controls/Component.h"
-
-struct _IMAGELIST;
-struct HICON__;
+#include "controls/SystemTypes.h"
 
 namespace hivesweep {
 

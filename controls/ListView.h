@@ -8,9 +8,8 @@
 #include <vector>
 
 #include "controls/FormTable.h"
+#include "controls/SystemTypes.h"
 #include "controls/WindowControl.h"
-
-struct _IMAGELIST;
 
 namespace hivesweep {
 

@@ -7,9 +7,7 @@
 #include <string_view>
 
 #include "controls/Geometry.h"
-
-struct HDC__;
-struct HFONT__;
+#include "controls/SystemTypes.h"
 
 namespace hivesweep {
 

@@ -6,9 +6,8 @@
 #include <vector>
 
 #include "controls/Component.h"
+#include "controls/SystemTypes.h"
 #include "controls/WindowControl.h"
-
-struct HMENU__;
 
 namespace hivesweep {
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "controls/MenuItem.h"
+#include "controls/SystemTypes.h"
 
 namespace hivesweep {
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "controls/Control.h"
+#include "controls/SystemTypes.h"
 
 namespace hivesweep {
 
