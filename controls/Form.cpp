@@ -277,7 +277,8 @@ TAnswer TForm::Receive(const TMessage &Message) {
     }
     break;
   case WM_SETFOCUS:
-    if (Of(LastFocus_))
+    // The number may have passed to another window.
+    if (const TWindowControl *Last = Of(LastFocus_); Last && Last->Owner() == this)
       SetFocus(LastFocus_);
     else
       FocusNext();
@@ -322,6 +323,8 @@ void TForm::VisitTexts(const TTextVisitor &Visit) {
   Visit(u"Caption", Caption);
   SetText(Caption);
 }
+
+bool TForm::AnswersHint(const TMessage &Message) { return Hints_ && Hints_->Answer(Message); }
 
 // ---- menus --------------------------------------------------------------------------------
 

@@ -77,6 +77,8 @@ public:
   TAnswer Receive(const TMessage &Message) override;
 
   // ---- for components ---------------------------------------------------------------
+  // A question of the windows with hints, and it is answered.
+  bool AnswersHint(const TMessage &Message);
   // A number for a menu item, by which the system names it.
   unsigned AddCommand(TMenuItem &Item);
   void RunCommand(unsigned Number);

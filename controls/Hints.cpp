@@ -50,7 +50,8 @@ void THints::Update() {
 
 bool THints::Answer(const TMessage &Message) {
   auto *Notice = reinterpret_cast<NMHDR *>(Message.LParam);
-  if (Notice->code != TTN_GETDISPINFOW)
+  // Lists have such windows, too, and ask in their own way.
+  if (Notice->code != TTN_GETDISPINFOW || Notice->hwndFrom != Window_)
     return false;
   static std::u16string Text; // the system reads it after the answer
   Text = reinterpret_cast<const TControl *>(Notice->idFrom)->ShownHint();

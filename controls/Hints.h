@@ -19,7 +19,7 @@ public:
   // Takes over where the controls stand now.
   void Update();
   // Answers the system's question for a text, when the message is one.
-  static bool Answer(const TMessage &Message);
+  bool Answer(const TMessage &Message);
 
 private:
   void Clear();

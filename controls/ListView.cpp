@@ -309,6 +309,8 @@ TAnswer TListView::Reflected(const TMessage &Message) {
     PressAt({static_cast<int>(Point.x), static_cast<int>(Point.y)});
     return 0;
   }
+  case LVN_ODFINDITEMW:
+    return -1; // typed letters lead nowhere; no answer would mean the first row
   case LVN_COLUMNCLICK:
     Call<TColumnHandler>(TEvent::ColumnClick, *this,
                          static_cast<int>(reinterpret_cast<const NMLISTVIEW *>(Notice)->iSubItem));

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "controls/Form.h"
-#include "controls/Hints.h"
 #include "controls/WindowMap.h"
 
 namespace hivesweep {
@@ -157,7 +156,7 @@ TAnswer TWindowControl::Receive(const TMessage &Message) {
     const HWND From = Message.Id == WM_NOTIFY
                           ? reinterpret_cast<const NMHDR *>(Message.LParam)->hwndFrom
                           : reinterpret_cast<HWND>(Message.LParam);
-    if (Message.Id == WM_NOTIFY && THints::Answer(Message))
+    if (Message.Id == WM_NOTIFY && Owner()->AnswersHint(Message))
       return 0;
     TWindowControl *Child = Of(From);
     return Child && Child != this ? Child->Reflected(Message) : std::nullopt;

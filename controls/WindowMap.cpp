@@ -39,6 +39,8 @@ LRESULT CALLBACK WindowProcedure(HWND Window, UINT Id, WPARAM WParam, LPARAM LPa
 const wchar_t *TWindowMap::PlainClass() {
   static const wchar_t Name[] = L"HivesweepWindow";
   static const ATOM Registered = [] {
+    const INITCOMMONCONTROLSEX Wanted{sizeof Wanted, ICC_LISTVIEW_CLASSES | ICC_BAR_CLASSES};
+    InitCommonControlsEx(&Wanted);
     WNDCLASSEXW Class{};
     Class.cbSize = sizeof Class;
     Class.style = CS_DBLCLKS;

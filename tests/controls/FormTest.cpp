@@ -402,6 +402,12 @@ TEST_F(Form, ATextOfAnyLengthIsShortenedAndToldInFullByItsHint) {
   EXPECT_FALSE(Key.Shortened());
   EXPECT_EQ(Key.ShownHint(), u"");
   EXPECT_EQ(Key.Bounds(), Place);
+  // A list's own windows of that kind know nothing of controls.
+  const auto &List = Window.Find<TListView>(u"List");
+  NMTTDISPINFOW Asked{};
+  Asked.hdr = {List.Handle(), 1, TTN_GETDISPINFOW};
+  SendMessageW(List.Handle(), WM_NOTIFY, 1, reinterpret_cast<LPARAM>(&Asked));
+  EXPECT_EQ(Asked.lpszText, nullptr);
 }
 
 // ---- texts

@@ -86,6 +86,9 @@ TEST_F(VirtualList, TheKeyboardDoesWhatTheMouseDoes) {
   List.Select(3);
   Type(VK_DOWN);
   Type(VK_SPACE);
+  PostMessageW(List.Handle(), WM_CHAR, u't', 1);
+  PumpMessages();
+  EXPECT_EQ(List.Selected(), 4) << "a letter does not lead to the first row";
   EXPECT_EQ(Window.Happened, (TNames{u"row 4", u"check 4"}));
   EXPECT_TRUE(ShownChecked(List, 4));
 }
