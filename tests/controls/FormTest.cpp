@@ -181,7 +181,7 @@ TEST_F(Form, OfAFamilyOfEntriesTabReachesTheSelectedOneAndArrowsTheRest) {
   Type(VK_TAB);
   EXPECT_EQ(FocusName(), u"Check_all");
   Window.Find<TImageNote>(u"ImageNote_3").Focus();
-  for (const unsigned Key : {VK_DOWN, VK_DOWN, VK_DOWN, VK_UP})
+  for (const int Key : {VK_DOWN, VK_DOWN, VK_DOWN, VK_UP})
     Type(Key);
   EXPECT_EQ(Window.Happened,
             (TNames{u"ImageNote_3", u"ImageNote_4", u"ImageNote_5", u"ImageNote_4"}));

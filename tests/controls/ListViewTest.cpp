@@ -124,7 +124,7 @@ TEST_F(VirtualList, TheMenuOpensAtTheRowAndItsChoiceIsCarriedOut) {
   List.Select(1);
   // The menu's own loop reads the keys that follow.
   PostMessageW(List.Handle(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(List.Handle()), -1);
-  for (const unsigned Key : {VK_DOWN, VK_DOWN, VK_RETURN})
+  for (const int Key : {VK_DOWN, VK_DOWN, VK_RETURN})
     PostKey(Key);
   PumpMessages();
   EXPECT_EQ(Window.Happened, (TNames{u"Pop", u"Open"}));

@@ -51,7 +51,7 @@ TEST_F(Parts, ABarRunsItsEntriesByMouseAndKeyboard) {
 
 TEST_F(Parts, AnEntryWithEntriesOpensAMenu) {
   PostPress(Bar, Middle(u"BarMore"));
-  for (const unsigned Key : {VK_DOWN, VK_RETURN})
+  for (const int Key : {VK_DOWN, VK_RETURN})
     PostKey(Key);
   PumpMessages();
   EXPECT_EQ(Window.Happened, TNames{u"BarAbout"});
@@ -82,7 +82,7 @@ TEST_F(Parts, TheMenuBarFollowsItsEntries) {
   EXPECT_EQ(CaptionAt(0), u"E&xit");
   // Alt and its letter, as the keyboard brings them.
   PostMessageW(Window.Handle(), WM_SYSCOMMAND, SC_KEYMENU, u'f');
-  for (const unsigned Key : {VK_DOWN, VK_RETURN})
+  for (const int Key : {VK_DOWN, VK_RETURN})
     PostKey(Key);
   PumpMessages();
   EXPECT_EQ(Window.Happened.back(), u"Exit");

@@ -60,12 +60,12 @@ void Press(const TControl &Control) {
   PressAt(Control, {Control.Bounds().Width / 2, Control.Bounds().Height / 2});
 }
 
-void PostKey(unsigned Key) {
-  PostMessageW(GetFocus(), WM_KEYDOWN, Key, 1);
-  PostMessageW(GetFocus(), WM_KEYUP, Key, static_cast<LPARAM>(0xC0000001));
+void PostKey(int Key) {
+  PostMessageW(GetFocus(), WM_KEYDOWN, static_cast<WPARAM>(Key), 1);
+  PostMessageW(GetFocus(), WM_KEYUP, static_cast<WPARAM>(Key), static_cast<LPARAM>(0xC0000001));
 }
 
-void Type(unsigned Key) {
+void Type(int Key) {
   PostKey(Key);
   PumpMessages();
 }

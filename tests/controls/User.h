@@ -16,8 +16,8 @@ void PressAt(const TControl &Control, TPoint Point);
 void PostPress(const TControl &Control, TPoint Point);
 
 // A key, to the control that has the focus; nothing is pumped by PostKey.
-void PostKey(unsigned Key);
-void Type(unsigned Key);
+void PostKey(int Key);
+void Type(int Key);
 // A letter together with Alt.
 void TypeWithAlt(char16_t Letter);
 
