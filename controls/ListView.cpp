@@ -31,7 +31,7 @@ TListView::TListView(TForm *Owner, TWindowControl *Parent, std::u16string Name, 
       LVS_EX_FULLROWSELECT | LVS_EX_SUBITEMIMAGES | LVS_EX_LABELTIP);
   if (Checks_)
     Ask(LVM_SETCALLBACKMASK, LVIS_STATEIMAGEMASK);
-  ColorsChanged();
+  TakeColors();
 }
 
 TListView::~TListView() {
@@ -48,7 +48,7 @@ void TListView::SetImages(const TImageList *Images) {
   Ask(LVM_SETIMAGELIST, LVSIL_SMALL, reinterpret_cast<LPARAM>(Images ? Images->Handle() : nullptr));
 }
 
-void TListView::ColorsChanged() {
+void TListView::TakeColors() {
   Ask(LVM_SETBKCOLOR, 0, static_cast<LPARAM>(Look().Color(TColorRole::Window)));
   Ask(LVM_SETTEXTBKCOLOR, 0, static_cast<LPARAM>(Look().Color(TColorRole::Window)));
   Ask(LVM_SETTEXTCOLOR, 0, static_cast<LPARAM>(Look().Color(TColorRole::Text)));

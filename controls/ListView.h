@@ -90,7 +90,7 @@ public:
   void Paint(TCanvas &Canvas) override { static_cast<void>(Canvas); }
   TAnswer Receive(const TMessage &Message) override;
   TAnswer Reflected(const TMessage &Message) override;
-  void ColorsChanged() override;
+  void ColorsChanged() override { TakeColors(); }
   void VisitTexts(const TTextVisitor &Visit) override;
 
 protected:
@@ -105,6 +105,7 @@ private:
   void PressAt(TPoint Point);
   void PressKey(const TMessage &Message);
   void OpenPopup(std::intptr_t Screen);
+  void TakeColors();
   void MakeCheckImages();
   void ApplyColumn(int Column);
   void CountChanged();

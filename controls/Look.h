@@ -57,6 +57,7 @@ public:
   TRect Scale(const TRect &Units) const;
 
   TColor Color(TColorRole Role) const { return Colors_[static_cast<std::size_t>(Role)]; }
+  // cppcheck-suppress CastIntegerToAddressAtReturn ; it is a pointer already
   HFONT__ *Font(TFontRole Role) const { return Fonts_[static_cast<std::size_t>(Role)]; }
 
   // Takes colours anew: the palette, or in a high contrast scheme the system's
