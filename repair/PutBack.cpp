@@ -3,26 +3,13 @@
 #include <memory>
 #include <utility>
 
+#include "repair/FileStatus.h"
 #include "repair/RegistryRoots.h"
 #include "repair/Snapshot.h"
 
 namespace hivesweep {
 
 namespace {
-
-TRegStatus RegStatusOf(TFileStatus Status) {
-  switch (Status) {
-  case TFileStatus::Ok:
-    return TRegStatus::Ok;
-  case TFileStatus::NotFound:
-    return TRegStatus::NotFound;
-  case TFileStatus::Denied:
-    return TRegStatus::Denied;
-  case TFileStatus::Failed:
-    break;
-  }
-  return TRegStatus::Failed;
-}
 
 std::vector<TSavedValues::const_iterator> InOrder(const TSavedValues &Values) {
   std::vector<TSavedValues::const_iterator> Out;

@@ -3,6 +3,7 @@
 
 #include "platform/Text.h"
 #include "repair/BackupText.h"
+#include "repair/FileStatus.h"
 #include "repair/FixGuard.h"
 #include "repair/RegistryClean.h"
 
@@ -24,20 +25,6 @@ TRemoval RemovalOf(TRegStatus Status) {
   case TRegStatus::Denied:
     return TRemoval::Denied;
   case TRegStatus::Failed:
-    break;
-  }
-  return TRemoval::Failed;
-}
-
-TRemoval RemovalOf(TFileStatus Status) {
-  switch (Status) {
-  case TFileStatus::Ok:
-    return TRemoval::Removed;
-  case TFileStatus::NotFound:
-    return TRemoval::GoneAlready;
-  case TFileStatus::Denied:
-    return TRemoval::Denied;
-  case TFileStatus::Failed:
     break;
   }
   return TRemoval::Failed;
@@ -177,8 +164,9 @@ TRemoval TRegistryClean::Remove(TFixRun &Run, const TItemInfo &Item) {
   const TFixGuard Guard(Platform_, Run.Record);
   const TFixStep Step = StepOf(Item, Run.Engine.Caption(TLabel::ShortcutFile));
   if (Step.Kind == TStepKind::DeleteFile)
-    return Guard.MayDeleteFile(Item.Data) ? RemovalOf(Platform_.Files->RemoveFile(Item.Data))
-                                          : TRemoval::NotRecorded;
+    return Guard.MayDeleteFile(Item.Data)
+               ? RemovalOf(RegStatusOf(Platform_.Files->RemoveFile(Item.Data)))
+               : TRemoval::NotRecorded;
   if (Step.Root)
     Run.Registry.SetRoot(*Step.Root);
   TKeyPlace Place = Run.Cursor.Aim(Step);
