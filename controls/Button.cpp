@@ -22,7 +22,7 @@ void TButton::Paint(TCanvas &Canvas) {
                             : Hovered() ? TColorRole::ButtonHover
                                         : TColorRole::Button;
   Canvas.Box(Whole, Inside, Enabled() && Default_ ? TColorRole::Accent : TColorRole::Border);
-  TTextForm Form;
+  TTextStyle Form;
   Form.Align = TAlign::Center;
   Form.Prefix = true;
   Form.Color = !Enabled() ? TColorRole::QuietText

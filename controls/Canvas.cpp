@@ -53,7 +53,7 @@ void TCanvas::Box(const TRect &Rect, TColorRole Inside, TColorRole Border) {
   RoundRect(Context_, Rect.Left, Rect.Top, Rect.Right(), Rect.Bottom(), Round, Round);
 }
 
-void TCanvas::Text(const TRect &Rect, std::u16string_view Text, const TTextForm &Form) {
+void TCanvas::Text(const TRect &Rect, std::u16string_view Text, const TTextStyle &Form) {
   if (Text.empty() || Rect.Width <= 0)
     return;
   UINT Format = Form.Wrapped ? DT_WORDBREAK : DT_SINGLELINE | DT_VCENTER;

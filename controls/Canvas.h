@@ -11,7 +11,7 @@ namespace hivesweep {
 enum class TAlign { Left, Center, Right };
 
 // How a text stands in its place; always in the middle of its height, unless wrapped.
-struct TTextForm {
+struct TTextStyle {
   TFontRole Font = TFontRole::Body;
   TColorRole Color = TColorRole::Text;
   TAlign Align = TAlign::Left;
@@ -32,7 +32,7 @@ public:
   void Frame(const TRect &Rect, TColorRole Color);
   // A filled box with rounded corners.
   void Box(const TRect &Rect, TColorRole Inside, TColorRole Border);
-  void Text(const TRect &Rect, std::u16string_view Text, const TTextForm &Form);
+  void Text(const TRect &Rect, std::u16string_view Text, const TTextStyle &Form);
   void FocusFrame(const TRect &Rect);
   // A check mark that fills the square, and a small triangle that points down.
   void CheckMark(const TRect &Square, TColorRole Color);

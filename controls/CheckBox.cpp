@@ -40,7 +40,7 @@ void TCheckBox::Paint(TCanvas &Canvas) {
   const int Extent = Look().Scale(BoxUnits);
   PaintBox(Canvas, {0, (Bounds().Height - Extent) / 2, Extent, Extent}, Checked_, Enabled());
   const int Left = Extent + Look().Scale(GapUnits);
-  TTextForm Form;
+  TTextStyle Form;
   Form.Prefix = true;
   Form.Color = Enabled() ? Color() : TColorRole::QuietText;
   const TRect Place{Left, 0, Bounds().Width - Left, Bounds().Height};

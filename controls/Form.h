@@ -32,7 +32,7 @@ public:
         const std::vector<TNamedHandler> &Handlers);
   ~TForm() override;
 
-  const TLook &FormLook() const { return Look_; }
+  TLook &FormLook() const { return Look_; }
   TForm *Above() const { return Above_; }
   HWND__ *OwnerWindow() const { return Above_ ? Above_->Handle() : nullptr; }
 

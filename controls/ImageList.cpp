@@ -15,10 +15,10 @@ int TImageList::Count() const { return ImageList_GetImageCount(List_); }
 
 int TImageList::Add(HICON__ *Icon) { return ImageList_ReplaceIcon(List_, -1, Icon); }
 
-bool TImageList::AddResource(unsigned Number) {
+bool TImageList::AddResource(std::u16string_view Resource) {
   const auto Icon =
-      static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(Number), IMAGE_ICON,
-                                    Extent_, Extent_, LR_DEFAULTCOLOR));
+      static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), Wide(std::u16string(Resource)),
+                                    IMAGE_ICON, Extent_, Extent_, LR_DEFAULTCOLOR));
   if (!Icon)
     return false;
   Add(Icon);

@@ -1,6 +1,8 @@
 // Small pictures of one size, known by their numbers.
 #pragma once
 
+#include <string_view>
+
 #include "controls/Canvas.h"
 #include "controls/Component.h"
 #include "controls/SystemTypes.h"
@@ -18,9 +20,9 @@ public:
   int Count() const;
   // Takes a copy; icons of another size are scaled. Answers the picture's number.
   int Add(HICON__ *Icon);
-  // The icon with that number among the program's resources, in the size that fits
-  // best; false when there is none, and then nothing is added.
-  bool AddResource(unsigned Number);
+  // The icon of that name among the program's resources, in the size that fits best;
+  // false when there is none, and then nothing is added.
+  bool AddResource(std::u16string_view Resource);
   // In the middle of the place. Nothing is drawn for a number that is not there.
   // Enabled: false shows it paler.
   void Draw(TCanvas &Canvas, const TRect &Place, int Number, bool Enabled = true) const;

@@ -24,29 +24,29 @@ void TLabel::SetAlign(TAlign Align) {
   Invalidate();
 }
 
-TTextForm TLabel::Form() const {
-  TTextForm Form;
-  Form.Font = Link_ ? TFontRole::Link : Font();
-  Form.Color = Enabled() ? Color() : TColorRole::QuietText;
-  Form.Align = Align_;
-  Form.Wrapped = Wrapped_;
-  Form.Ellipsis = Ellipsis_;
-  return Form;
+TTextStyle TLabel::Style() const {
+  TTextStyle Style;
+  Style.Font = Link_ ? TFontRole::Link : Font();
+  Style.Color = Enabled() ? Color() : TColorRole::QuietText;
+  Style.Align = Align_;
+  Style.Wrapped = Wrapped_;
+  Style.Ellipsis = Ellipsis_;
+  return Style;
 }
 
 bool TLabel::Shortened() const {
-  return Ellipsis_ && !Wrapped_ && Look().Measure(Text(), Form().Font).Width > Bounds().Width;
+  return Ellipsis_ && !Wrapped_ && Look().Measure(Text(), Style().Font).Width > Bounds().Width;
 }
 
 TSize TLabel::Needed(int Width) const {
   if (Text().empty())
     return {};
-  const TSize Size = Look().Measure(Text(), Form().Font, Wrapped_ ? Width : 0);
+  const TSize Size = Look().Measure(Text(), Style().Font, Wrapped_ ? Width : 0);
   // A word that is wider than the place of a wrapped text still has to fit.
   const bool AsksForWidth = !Ellipsis_ && (!Wrapped_ || Size.Width > Width);
   return {AsksForWidth ? Size.Width : 0, Size.Height};
 }
 
-void TLabel::Paint(TCanvas &Canvas) { Canvas.Text(Bounds(), Text(), Form()); }
+void TLabel::Paint(TCanvas &Canvas) { Canvas.Text(Bounds(), Text(), Style()); }
 
 } // namespace hivesweep

@@ -30,7 +30,7 @@ public:
   bool ShowsHand() const override { return Link_; }
 
 private:
-  TTextForm Form() const;
+  TTextStyle Style() const;
 
   bool Wrapped_ = false;
   bool Ellipsis_ = false;

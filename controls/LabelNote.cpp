@@ -33,7 +33,7 @@ TSize TLabelNote::Needed(int Width) const {
 
 void TLabelNote::Paint(TCanvas &Canvas) {
   TWindowControl::Paint(Canvas);
-  TTextForm Form;
+  TTextStyle Form;
   Form.Font = TFontRole::Link;
   Form.Color = TColorRole::Heading;
   TRect Line{0, 0, Bounds().Width, LineHeight()};

@@ -42,7 +42,7 @@ void TGroupBox::Paint(TCanvas &Canvas) {
   Canvas.Frame({0, Top, Bounds().Width, Bounds().Height - Top}, TColorRole::Border);
   const int Left = Look().Scale(CaptionUnits), Air = Look().Scale(4);
   Canvas.Fill({Left - Air, 0, Size.Width + 2 * Air, Size.Height}, Ground());
-  TTextForm Form;
+  TTextStyle Form;
   Form.Font = TFontRole::Bold;
   Form.Color = TColorRole::Heading;
   Canvas.Text({Left, 0, Size.Width, Size.Height}, Text(), Form);

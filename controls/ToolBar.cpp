@@ -92,7 +92,7 @@ void TToolBar::PaintItem(TCanvas &Canvas, const TMenuItem &Item) {
   Place.Width -= Arrow;
   if (Arrow > 0)
     Canvas.DownArrow({Place.Right() - Rim, Place.Top, Arrow, Place.Height}, Color);
-  TTextForm Form;
+  TTextStyle Form;
   Form.Align = TAlign::Center;
   Form.Prefix = true;
   Form.Color = Color;

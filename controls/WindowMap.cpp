@@ -47,7 +47,10 @@ const wchar_t *TWindowMap::PlainClass() {
     Class.lpfnWndProc = WindowProcedure;
     Class.hInstance = GetModuleHandleW(nullptr);
     Class.hCursor = LoadCursorW(nullptr, MAKEINTRESOURCEW(32512)); // the arrow
-    Class.hIcon = LoadIconW(Class.hInstance, MAKEINTRESOURCEW(1));
+    Class.hIcon = LoadIconW(Class.hInstance, L"APP"); // the program's own, if it has one
+    Class.hIconSm = static_cast<HICON>(LoadImageW(Class.hInstance, L"APP", IMAGE_ICON,
+                                                  GetSystemMetrics(SM_CXSMICON),
+                                                  GetSystemMetrics(SM_CYSMICON), LR_SHARED));
     Class.lpszClassName = Name;
     return RegisterClassExW(&Class);
   }();
