@@ -2,7 +2,7 @@
 # uses these functions and nothing else, so that a flag has one place.
 #
 #   hivesweep_library(NAME SOURCES file... [USES target...])
-#   hivesweep_program(NAME SOURCES file... [USES target...])
+#   hivesweep_program(NAME SOURCES file... [USES target...] [WINDOW])
 #   hivesweep_test(NAME SOURCES file... [USES target...]
 #                  [WINDOWS_ONLY | NATIVE_ONLY] [DISPLAY] [TIMEOUT seconds])
 #   hivesweep_bench(NAME SOURCES file... [USES target...] [WINDOWS])
@@ -42,10 +42,15 @@ endfunction()
 
 # A program that is shipped. On Windows it carries a version resource and a
 # manifest, is stripped, and the 32-bit one may import only what Windows 2000 has.
-# HIVESWEEP_VERSION is there for its --version.
+# HIVESWEEP_VERSION is there for its --version. WINDOW: it has windows and no console.
 function(hivesweep_program name)
-  _hivesweep_arguments(hivesweep_program "" "")
+  _hivesweep_arguments(hivesweep_program "WINDOW" "")
   add_executable(${name} ${_SOURCES})
+  set(HIVESWEEP_MANIFEST program)
+  if(_WINDOW)
+    set_target_properties(${name} PROPERTIES WIN32_EXECUTABLE ON)
+    set(HIVESWEEP_MANIFEST window)
+  endif()
   _hivesweep_target(${name} PRIVATE ${_USES})
   target_compile_definitions(${name} PRIVATE "HIVESWEEP_VERSION=\"${PROJECT_VERSION}\"")
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
@@ -57,7 +62,7 @@ function(hivesweep_program name)
   set(resource ${CMAKE_CURRENT_BINARY_DIR}/${name}.rc)
   configure_file(${CMAKE_SOURCE_DIR}/cmake/program.rc.in ${resource} @ONLY)
   target_sources(${name} PRIVATE ${resource})
-  set_property(SOURCE ${resource} PROPERTY OBJECT_DEPENDS ${CMAKE_SOURCE_DIR}/cmake/program.manifest)
+  set_property(SOURCE ${resource} PROPERTY OBJECT_DEPENDS ${CMAKE_SOURCE_DIR}/cmake/${HIVESWEEP_MANIFEST}.manifest)
   target_link_options(${name} PRIVATE -s)
   if(CMAKE_SIZEOF_VOID_P EQUAL 4)
     add_test(NAME imports-${name}

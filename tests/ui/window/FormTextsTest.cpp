@@ -1,0 +1,49 @@
+// Forms and the language files know each other's names.
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "tests/ui/window/TestWindow.h"
+#include "ui/FormTexts.h"
+#include "ui/MainForm.h"
+
+namespace hivesweep {
+namespace {
+
+// What the table of texts has for a form.
+std::set<std::u16string> KnownKeys(const std::u16string &Form) {
+  std::set<std::u16string> Keys;
+  for (const TFileText &Text : AllFileTexts())
+    if (Text.Section == u"Hivesweep_" + Form)
+      Keys.insert(Text.Key + u"=" + Text.English);
+  return Keys;
+}
+
+// What the form shows when it has just been made.
+std::set<std::u16string> ShownKeys(TForm &Form) {
+  std::set<std::u16string> Keys;
+  TFormTexts Texts(Form);
+  Texts.VisitTexts(
+      [&](std::u16string_view Component, std::u16string_view Property, const std::u16string &Text) {
+        if (!Text.empty())
+          Keys.insert(std::u16string(Component).append(u".").append(Property) + u"=" + Text);
+      });
+  return Keys;
+}
+
+TEST(FormTexts, EveryTextOfAFormHasItsKeyAndEveryKeyItsText) {
+  TTestBench Bench;
+  TLook Look;
+  Tfrm_main Main(Look, Bench);
+  for (TForm *const Form : std::initializer_list<TForm *>{&Main}) {
+    const std::set<std::u16string> Known = KnownKeys(Form->Name());
+    const std::set<std::u16string> Shown = ShownKeys(*Form);
+    for (const std::u16string &Key : Known)
+      EXPECT_TRUE(Shown.contains(Key)) << "the form lacks " << ToUtf8(Key);
+    for (const std::u16string &Key : Shown)
+      EXPECT_TRUE(Known.contains(Key)) << "no language can change " << ToUtf8(Key);
+  }
+}
+
+} // namespace
+} // namespace hivesweep

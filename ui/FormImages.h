@@ -1,0 +1,13 @@
+// The program's icons, in the lists of images that its forms show.
+#pragma once
+
+#include "controls/ImageList.h"
+#include "ui/Icons.h"
+
+namespace hivesweep {
+
+// Takes all icons into an empty list, each under its number (ui/Icons.h). Throws
+// std::runtime_error when the program lacks one.
+void FillImages(TImageList &Images);
+
+} // namespace hivesweep

@@ -1,0 +1,7 @@
+#include "ui/Rights.h"
+
+namespace hivesweep {
+
+bool HasMachineRights() { return true; }
+
+} // namespace hivesweep
