@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "engine/TextSort.h"
 #include "platform/Text.h"
 
 namespace hivesweep {
@@ -122,16 +123,16 @@ void TListViewManage::SortBy(int Column) {
     }
     return Item->KeyPath;
   };
-  const auto Less = [](char16_t Left, char16_t Right) {
-    return AsciiUpper(Left) < AsciiUpper(Right);
-  };
-  std::sort(ViewItems_.begin(), ViewItems_.end(),
-            [&, Ascending = SortAscending_](const TItemInfo *Left, const TItemInfo *Right) {
-              const std::u16string &First = Text(Ascending ? Left : Right);
-              const std::u16string &Second = Text(Ascending ? Right : Left);
-              return std::lexicographical_compare(First.begin(), First.end(), Second.begin(),
-                                                  Second.end(), Less);
-            });
+  std::vector<TSortEntry> Entries;
+  Entries.reserve(ViewItems_.size());
+  for (TItemInfo *Item : ViewItems_)
+    Entries.push_back({.Text = Text(Item), .Owner = Item});
+  SortByText(Entries);
+  if (!SortAscending_)
+    std::ranges::reverse(Entries);
+  std::ranges::transform(Entries, ViewItems_.begin(), [](const TSortEntry &Entry) {
+    return static_cast<TItemInfo *>(Entry.Owner);
+  });
 }
 
 std::u16string CountCaption(std::int32_t Count) {

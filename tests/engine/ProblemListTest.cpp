@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <set>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "engine/ProblemList.h"
@@ -112,6 +116,38 @@ TEST_F(TProblemListTest, OneFlagTurnsTheOrderWhateverTheColumn) {
   EXPECT_EQ(List.ViewItems().front()->KeyPath, u"a");
   List.SortBy(0);
   EXPECT_EQ(List.ViewItems().front()->KeyPath, u"a");
+}
+
+// The sort looks at a few units at a time: beginnings of every length in common, ends at
+// every place, and zeros that must not pass for ends.
+TEST_F(TProblemListTest, TheOrderIsThatOfAWalkAlongBothTexts) {
+  const auto Less = [](const std::u16string &Left, const std::u16string &Right) {
+    return std::ranges::lexicographical_compare(
+        Left, Right, [](char16_t A, char16_t B) { return AsciiUpper(A) < AsciiUpper(B); });
+  };
+  constexpr std::u16string_view Units(u"aAbZ_\0\uFFFF", 7);
+  TGroupItems *Group = List.AddGroup(u"3");
+  std::u16string Key;
+  for (unsigned Index = 0, Seed = 7; Index < 3'000; ++Index) {
+    Key.resize(Index % 11);
+    for (unsigned Length = Index % 6; Length > 0; --Length) {
+      Seed = Seed * 1664525U + 1013904223U;
+      Key.push_back(Units[(Seed >> 16) % Units.size()]);
+    }
+    Add(Group, Key);
+  }
+  List.BuildView(u"");
+  const std::set<TItemInfo *> Before(List.ViewItems().begin(), List.ViewItems().end());
+  for (const bool Ascending : {true, false}) {
+    List.SortBy(2);
+    const std::vector<TItemInfo *> &View = List.ViewItems();
+    for (std::size_t Index = 1; Index < View.size(); ++Index) {
+      const TItemInfo &First = *View[Ascending ? Index - 1 : Index];
+      const TItemInfo &Second = *View[Ascending ? Index : Index - 1];
+      ASSERT_FALSE(Less(Second.KeyPath, First.KeyPath)) << Index;
+    }
+    EXPECT_EQ(std::set<TItemInfo *>(View.begin(), View.end()), Before) << "none is lost";
+  }
 }
 
 TEST_F(TProblemListTest, RiskIsThatOfTheArea) {
