@@ -4,8 +4,9 @@
 #   hivesweep_library(NAME SOURCES file... [USES target...])
 #   hivesweep_program(NAME SOURCES file... [USES target...] [WINDOW])
 #   hivesweep_test(NAME SOURCES file... [USES target...]
-#                  [WINDOWS_ONLY | NATIVE_ONLY] [DISPLAY] [TIMEOUT seconds])
-#   hivesweep_bench(NAME SOURCES file... [USES target...] [WINDOWS])
+#                  [WINDOWS_ONLY | NATIVE_ONLY] [DISPLAY] [SAMPLE] [TIMEOUT seconds])
+#   hivesweep_tool(NAME SOURCES file... [USES target...])
+#   hivesweep_bench(NAME SOURCES file... [USES target...] [WINDOWS] [DISPLAY])
 #
 # Includes are written from the top of the project: #include "platform/Registry.h".
 # Which files belong to which system is a list in the folder's CMakeLists.txt:
@@ -74,9 +75,10 @@ endfunction()
 # One GoogleTest program and one ctest entry: starting a program under Wine costs
 # more than a hundred test cases, so they stay together. The cases' results go to
 # results/NAME.json, from where the summary of "./dev test" takes its numbers.
-# DISPLAY: its windows are to be drawn, on a display of its own.
+# DISPLAY: its windows are to be drawn, on a display of its own. SAMPLE: under Wine, its
+# registry and its disk have the sample's leftovers.
 function(hivesweep_test name)
-  _hivesweep_arguments(hivesweep_test "WINDOWS_ONLY;NATIVE_ONLY;DISPLAY" "TIMEOUT")
+  _hivesweep_arguments(hivesweep_test "WINDOWS_ONLY;NATIVE_ONLY;DISPLAY;SAMPLE" "TIMEOUT")
   if((_WINDOWS_ONLY AND NOT HIVESWEEP_WINDOWS) OR (_NATIVE_ONLY AND HIVESWEEP_WINDOWS))
     return()
   endif()
@@ -95,24 +97,39 @@ function(hivesweep_test name)
   if(_DISPLAY)
     set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT HSW_DISPLAY=yes)
   endif()
+  if(_SAMPLE)
+    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT HSW_SAMPLE=yes)
+  endif()
   if(HIVESWEEP_SANITIZE)
     set_tests_properties(${name} PROPERTIES ENVIRONMENT
       "ASAN_OPTIONS=detect_stack_use_after_return=1:strict_string_checks=1;UBSAN_OPTIONS=print_stacktrace=1")
   endif()
 endfunction()
 
-# A program that measures: on this machine, or (WINDOWS) under Wine. The target
-# "bench" runs them one after the other, when all are built.
+# A program for those who build the others; made when somebody asks for it.
+function(hivesweep_tool name)
+  _hivesweep_arguments(hivesweep_tool "" "")
+  add_executable(${name} EXCLUDE_FROM_ALL ${_SOURCES})
+  _hivesweep_target(${name} PRIVATE ${_USES})
+endfunction()
+
+# A program that measures: on this machine, or (WINDOWS) under Wine, and there (DISPLAY) on
+# a display of its own. The target "bench" runs them one after the other, when all are built.
 add_custom_target(bench-programs)
 add_custom_target(bench)
 function(hivesweep_bench name)
-  _hivesweep_arguments(hivesweep_bench "WINDOWS" "")
+  _hivesweep_arguments(hivesweep_bench "WINDOWS;DISPLAY" "")
   if((_WINDOWS AND NOT HIVESWEEP_WINDOWS) OR (HIVESWEEP_WINDOWS AND NOT _WINDOWS))
     return()
   endif()
   add_executable(${name} ${_SOURCES})
   _hivesweep_target(${name} PRIVATE ${_USES})
-  add_custom_target(run-${name} COMMAND ${name} USES_TERMINAL COMMENT "${name}")
+  set(command ${name})
+  if(_DISPLAY)
+    set(command ${CMAKE_COMMAND} -E env HSW_DISPLAY=yes
+                ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:${name}>)
+  endif()
+  add_custom_target(run-${name} COMMAND ${command} USES_TERMINAL COMMENT "${name}")
   add_dependencies(bench-programs ${name})
   add_dependencies(run-${name} bench-programs)
   add_dependencies(bench run-${name})

@@ -2,18 +2,49 @@
 // runs on, with whatever scanners a test brings.
 #pragma once
 
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "controls/MessageLoop.h"
 #include "ui/Workbench.h"
 
 namespace hivesweep {
 
-inline TPlatform WindowPlatform() {
+// The machine's folders, but for that of the program: the shipped files lie there.
+class TShippedFolders final : public TFolders {
+public:
+  TShippedFolders(std::unique_ptr<TFolders> System, std::u16string Program)
+      : System_(std::move(System)), Program_(std::move(Program)) {}
+
+  std::u16string Special(TSpecialFolder Folder) override { return System_->Special(Folder); }
+  std::u16string Windows() override { return System_->Windows(); }
+  std::u16string Temp() override { return System_->Temp(); }
+  std::u16string Program() override { return Program_; }
+
+private:
+  const std::unique_ptr<TFolders> System_;
+  const std::u16string Program_;
+};
+
+// The machine that the test runs on, with the windows' own messages.
+inline TPlatform WindowPlatform(std::u16string_view Program = u"") {
   TPlatform Platform = std::move(*MakeLivePlatform());
   Platform.Messages = MakeWindowMessages();
+  if (!Program.empty())
+    Platform.Folders =
+        std::make_unique<TShippedFolders>(std::move(Platform.Folders), std::u16string(Program));
+  return Platform;
+}
+
+// Sets the whole suite to a language of the program's folder.
+inline TPlatform InLanguage(TPlatform Platform, std::u16string_view Language) {
+  const std::u16string Suite =
+      Platform.Folders->Special(TSpecialFolder::AppData) + u"\\Orvane\\Tallowmere V4";
+  Platform.Storage->CreateFolder(Suite);
+  Platform.Profiles->WriteString(Suite + u"\\Main.ini", u"Main", u"Language", Language);
   return Platform;
 }
 
