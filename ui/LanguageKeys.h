@@ -67,6 +67,8 @@ inline constexpr TLanguageText LanguageTexts[] = {
     {u"RestoreMessage", u"You will perform a rollback with this backup. Continue?"},
     {u"RestoreSucMessage", u"The backup has been restored successfully!"},
     {u"DeleteMessage", u"You will delete this backup. Continue?"},
+    {u"RestoreFailed", u"The backup was not restored completely:"},
+    {u"DeleteFailed", u"The backup could not be deleted:"},
 };
 
 // What the window says about each area, by area number - 1.
