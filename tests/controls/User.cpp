@@ -1,6 +1,7 @@
 #include "tests/controls/User.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "controls/Form.h"
@@ -23,18 +24,34 @@ HWND WindowOf(const TControl &Control, TPoint &Corner) {
   return Control.Parent()->Handle();
 }
 
-int AnswerButton = 0;
-std::u16string AnswerText;
+TPoint MiddleOf(const TControl &Control) {
+  return {Control.Bounds().Width / 2, Control.Bounds().Height / 2};
+}
+
+void PostClickAt(const TControl &Control, TPoint Point) {
+  TPoint Corner;
+  const HWND Window = WindowOf(Control, Corner);
+  PostPress(Control, Point);
+  PostMessageW(Window, WM_LBUTTONUP, 0, MAKELPARAM(Corner.X + Point.X, Corner.Y + Point.Y));
+}
+
+// What is to be pressed, and what the boxes said that have been answered.
+std::vector<int> AnswerButtons;
+std::vector<std::u16string> AnswerTexts;
 
 void CALLBACK AnswerBox(HWND, UINT, UINT_PTR Timer, DWORD) {
+  if (AnswerTexts.size() == AnswerButtons.size())
+    return; // it was on its way already
+  const int Button = AnswerButtons[AnswerTexts.size()];
   const HWND Box = FindWindowW(L"#32770", nullptr);
-  if (!Box || !GetDlgItem(Box, AnswerButton))
+  if (!Box || !GetDlgItem(Box, Button))
     return; // not yet
-  KillTimer(nullptr, Timer);
   wchar_t Text[512] = L"";
   GetDlgItemTextW(Box, 0xFFFF, Text, static_cast<int>(std::size(Text)));
-  AnswerText = FromWide(Text);
-  PostMessageW(Box, WM_COMMAND, static_cast<WPARAM>(AnswerButton), 0);
+  AnswerTexts.push_back(FromWide(Text));
+  if (AnswerTexts.size() == AnswerButtons.size())
+    KillTimer(nullptr, Timer);
+  PostMessageW(Box, WM_COMMAND, static_cast<WPARAM>(Button), 0);
 }
 
 UINT_PTR AnswerTimer = 0;
@@ -49,16 +66,12 @@ void PostPress(const TControl &Control, TPoint Point) {
 }
 
 void PressAt(const TControl &Control, TPoint Point) {
-  TPoint Corner;
-  const HWND Window = WindowOf(Control, Corner);
-  PostPress(Control, Point);
-  PostMessageW(Window, WM_LBUTTONUP, 0, MAKELPARAM(Corner.X + Point.X, Corner.Y + Point.Y));
+  PostClickAt(Control, Point);
   PumpMessages();
 }
 
-void Press(const TControl &Control) {
-  PressAt(Control, {Control.Bounds().Width / 2, Control.Bounds().Height / 2});
-}
+void PostClick(const TControl &Control) { PostClickAt(Control, MiddleOf(Control)); }
+void Press(const TControl &Control) { PressAt(Control, MiddleOf(Control)); }
 
 void PostKey(int Key) {
   PostMessageW(GetFocus(), WM_KEYDOWN, static_cast<WPARAM>(Key), 1);
@@ -83,15 +96,20 @@ bool WaitUntil(const std::function<bool()> &Done) {
   return Done();
 }
 
-TBoxAnswer::TBoxAnswer(int Button) {
-  AnswerButton = Button;
-  AnswerText.clear();
+TBoxAnswer::TBoxAnswer(std::vector<int> Buttons) {
+  AnswerButtons = std::move(Buttons);
+  AnswerTexts.clear();
   AnswerTimer = SetTimer(nullptr, 0, 10, AnswerBox);
 }
 
 TBoxAnswer::~TBoxAnswer() { KillTimer(nullptr, AnswerTimer); }
 
-const std::u16string &TBoxAnswer::Text() const { return AnswerText; }
+const std::vector<std::u16string> &TBoxAnswer::Texts() const { return AnswerTexts; }
+
+const std::u16string &TBoxAnswer::Text() const {
+  static const std::u16string None;
+  return AnswerTexts.empty() ? None : AnswerTexts.back();
+}
 
 TColor PixelOf(const TControl &Control, TPoint Point) {
   TPoint Corner;

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "controls/Control.h"
 
@@ -12,6 +13,8 @@ namespace hivesweep {
 // window that shows it, and lets the program react.
 void Press(const TControl &Control);
 void PressAt(const TControl &Control, TPoint Point);
+// The same, for whoever handles messages next: nothing is pumped.
+void PostClick(const TControl &Control);
 // The press alone; nothing is pumped.
 void PostPress(const TControl &Control, TPoint Point);
 
@@ -25,14 +28,16 @@ void TypeWithAlt(char16_t Letter);
 bool WaitUntil(const std::function<bool()> &Done);
 
 // Presses a button (IDYES, ...) of the next message box that comes up, and then tells
-// its text.
+// its text. With several buttons, one of each box that follows.
 class TBoxAnswer {
 public:
-  explicit TBoxAnswer(int Button);
+  explicit TBoxAnswer(int Button) : TBoxAnswer(std::vector<int>{Button}) {}
+  explicit TBoxAnswer(std::vector<int> Buttons);
   TBoxAnswer(const TBoxAnswer &) = delete;
   TBoxAnswer &operator=(const TBoxAnswer &) = delete;
   ~TBoxAnswer();
-  const std::u16string &Text() const;
+  const std::u16string &Text() const; // of the last one
+  const std::vector<std::u16string> &Texts() const;
 };
 
 // The colour of a pixel of what the control shows, 0x00BBGGRR.

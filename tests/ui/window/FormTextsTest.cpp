@@ -4,8 +4,11 @@
 #include <gtest/gtest.h>
 
 #include "tests/ui/window/TestWindow.h"
+#include "ui/CheckForm.h"
 #include "ui/FormTexts.h"
+#include "ui/IgnoredForm.h"
 #include "ui/MainForm.h"
+#include "ui/RescueForm.h"
 
 namespace hivesweep {
 namespace {
@@ -31,18 +34,31 @@ std::set<std::u16string> ShownKeys(TForm &Form) {
   return Keys;
 }
 
+// A form that shows a text which no language can change, or lacks one of its texts.
+void ExpectSameKeys(TForm &Form) {
+  const std::set<std::u16string> Known = KnownKeys(Form.Name());
+  const std::set<std::u16string> Shown = ShownKeys(Form);
+  for (const std::u16string &Key : Known)
+    EXPECT_TRUE(Shown.contains(Key)) << "the form lacks " << ToUtf8(Key);
+  for (const std::u16string &Key : Shown)
+    EXPECT_TRUE(Known.contains(Key)) << "no language can change " << ToUtf8(Key);
+}
+
 TEST(FormTexts, EveryTextOfAFormHasItsKeyAndEveryKeyItsText) {
   TTestBench Bench;
   TLook Look;
   Tfrm_main Main(Look, Bench);
-  for (TForm *const Form : std::initializer_list<TForm *>{&Main}) {
-    const std::set<std::u16string> Known = KnownKeys(Form->Name());
-    const std::set<std::u16string> Shown = ShownKeys(*Form);
-    for (const std::u16string &Key : Known)
-      EXPECT_TRUE(Shown.contains(Key)) << "the form lacks " << ToUtf8(Key);
-    for (const std::u16string &Key : Shown)
-      EXPECT_TRUE(Known.contains(Key)) << "no language can change " << ToUtf8(Key);
-  }
+  ExpectSameKeys(Main);
+}
+
+TEST(FormTexts, EveryTextOfADialogHasItsKeyAndEveryKeyItsText) {
+  TTestBench Bench;
+  TTestMain Main;
+  Tfrm_check Check(Main, Bench, Main);
+  Tfrm_rescue Rescue(Main, Bench);
+  Tfrm_ignored Ignored(Main, Bench, Main);
+  for (TForm *const Dialog : std::initializer_list<TForm *>{&Check, &Rescue, &Ignored})
+    ExpectSameKeys(*Dialog);
 }
 
 } // namespace

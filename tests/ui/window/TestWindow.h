@@ -2,13 +2,18 @@
 // runs on, with whatever scanners a test brings.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
+#include "controls/Form.h"
 #include "controls/MessageLoop.h"
+#include "repair/AppFrame.h"
+#include "ui/MainView.h"
 #include "ui/Workbench.h"
 
 namespace hivesweep {
@@ -49,8 +54,8 @@ inline TPlatform InLanguage(TPlatform Platform, std::u16string_view Language) {
 }
 
 struct TTestBench : TWorkbench {
-  explicit TTestBench(std::span<const TScannerRow> Scanners = {})
-      : TWorkbench(WindowPlatform(), Scanners) {}
+  explicit TTestBench(std::span<const TScannerRow> Scanners = {}, TPlatform Own = WindowPlatform())
+      : TWorkbench(std::move(Own), Scanners) {}
 
   // A problem of that area, in the problem list and not yet in its view.
   TItemInfo &AddProblem(int Area, std::u16string_view KeyPath, std::u16string_view TypeName = u"") {
@@ -64,6 +69,38 @@ struct TTestBench : TWorkbench {
     Item.ValueName = WholeKey;
     Item.ImageIndex = ToDecimal(static_cast<unsigned>(Area));
     return Item;
+  }
+};
+
+// A main window that only remembers what dialogs do to it.
+struct TOwnLook {
+  TLook Look;
+};
+class TTestMain : private TOwnLook, public TForm, public TMainView {
+public:
+  TTestMain()
+      : TForm(TOwnLook::Look, nullptr,
+              {.Name = u"test_main", .Caption = u"Main", .Size = {600, 400}, .Dialog = false}, {}) {
+  }
+
+  void BeginRun() override { Note(u"BeginRun"); }
+  void ClearCounts() override { Note(u"ClearCounts"); }
+  void EndRun(bool Scanned) override { Note(Scanned ? u"EndRun of a scan" : u"EndRun of a fix"); }
+  void SetWelcome(std::u16string_view Text) override {
+    Welcome = Text;
+    Note(u"SetWelcome");
+  }
+  void RefreshCounts() override { Note(u"RefreshCounts"); }
+
+  std::vector<std::u16string> Happened;
+  std::u16string Welcome;
+  std::function<void(std::u16string_view What)> OnCall; // after it has been noted
+
+private:
+  void Note(const char16_t *What) {
+    Happened.emplace_back(What);
+    if (OnCall)
+      OnCall(What);
   }
 };
 
