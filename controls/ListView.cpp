@@ -116,6 +116,7 @@ void TListView::SetColumnCaption(int Column, std::u16string_view Caption) {
     return;
   Target.Caption = Caption;
   ApplyColumn(Column);
+  StretchLastColumn();
 }
 
 int TListView::ColumnWidth(int Column) const {
@@ -123,6 +124,13 @@ int TListView::ColumnWidth(int Column) const {
 }
 
 void TListView::FitLastColumn() {
+  FitsLastColumn_ = true;
+  StretchLastColumn();
+}
+
+void TListView::StretchLastColumn() {
+  if (!FitsLastColumn_)
+    return;
   RECT Inside;
   GetClientRect(Handle(), &Inside);
   int Left = static_cast<int>(Inside.right);
@@ -395,6 +403,11 @@ TAnswer TListView::Receive(const TMessage &Message) {
   case WM_KEYDOWN:
     PressKey(Message);
     return 0;
+  case WM_SIZE: { // also when a scroll bar comes or goes
+    const std::intptr_t Answer = Inherited(Message);
+    StretchLastColumn();
+    return Answer;
+  }
   case WM_CONTEXTMENU:
     if (Popup_ && reinterpret_cast<HWND>(Message.WParam) == Handle()) {
       OpenPopup(Message.LParam);

@@ -47,7 +47,7 @@ public:
   const std::u16string &ColumnCaption(int Column) const;
   void SetColumnCaption(int Column, std::u16string_view Caption);
   int ColumnWidth(int Column) const; // pixels
-  // The last column takes the width that the others leave.
+  // From now on the last column takes the width that the others leave in the list.
   void FitLastColumn();
   // The arrows of the horizontal scroll bar take no more clicks.
   void DisableHorizontalArrows();
@@ -108,11 +108,13 @@ private:
   void TakeColors();
   void MakeCheckImages();
   void ApplyColumn(int Column);
+  void StretchLastColumn();
   void CountChanged();
   bool HasRow(int Row) const { return Row >= 0 && Row < static_cast<int>(Rows_.size()); }
 
   bool Virtual_;
   bool Checks_;
+  bool FitsLastColumn_ = false;
   std::vector<TColumn> Columns_;
   std::vector<TListCells> Rows_;
   int Count_ = 0; // of a virtual list

@@ -165,9 +165,21 @@ TEST(PlainList, ColumnsGiveWayToTheirCaptionsAndTheLastOneFillsTheList) {
   auto &List = Dialog.Find<TListView>(u"List");
   EXPECT_EQ(List.ColumnWidth(0), 200);
   List.FitLastColumn();
-  RECT Inside;
-  GetClientRect(List.Handle(), &Inside);
-  EXPECT_EQ(List.ColumnWidth(0) + List.ColumnWidth(1), Inside.right);
+  const auto ExpectFilled = [&List](const char *Why) {
+    RECT Inside;
+    GetClientRect(List.Handle(), &Inside);
+    EXPECT_EQ(List.ColumnWidth(0) + List.ColumnWidth(1), Inside.right) << Why;
+  };
+  ExpectFilled("at first");
+  const int Width = List.ColumnWidth(1);
+  for (int Row = 0; Row < 50; ++Row)
+    List.AddRow({{u"Row"}, -1, {}, false});
+  EXPECT_LT(List.ColumnWidth(1), Width) << "makes room for the scroll bar";
+  ExpectFilled("beside a scroll bar");
+  Dialog.SetClientSize({700, 400});
+  ExpectFilled("in a wider form");
+  List.SetColumnCaption(1, u"State");
+  ExpectFilled("after another caption");
   const std::u16string Long = u"A caption that is far longer than two hundred pixels are wide";
   List.SetColumnCaption(0, Long);
   EXPECT_GT(List.ColumnWidth(0), Look.Measure(Long, TFontRole::Body).Width);
