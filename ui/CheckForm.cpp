@@ -48,7 +48,7 @@ TFormTable CheckTable(TDialogMode Mode) {
       .Name = u"frm_check",
       .Caption = u"Scan and Fix",
       .Size = At.Size,
-      .Start = IsScan ? std::optional<TSize>({404, 500}) : std::nullopt,
+      .Start = IsScan ? std::optional<TSize>({404, 466}) : std::nullopt,
       .Resizable = IsScan,
       .On = {{TEvent::Show, u"FormShow"}, {TEvent::Close, u"FormClose"}},
       .Rows =
@@ -140,6 +140,7 @@ void Tfrm_check::FormCreate() {
   TAreaRows Rows(List_);
   Clean_->LoadAreaSwitches(Rows);
   Timer_.SetEnabled(false);
+  List_.FitLastColumn();
   List_.DisableHorizontalArrows();
 }
 
@@ -363,6 +364,8 @@ void Tfrm_check::Fix() {
     Progress_.SetVisible(false); // the label says why nothing was done
   else if (const std::int32_t Fixed = Before - Bench_.Problems.TotalCount(); Fixed > 0)
     ShowFixed(Fixed);
+  else
+    Status_.SetText(u""); // it was stopped before its first problem
 }
 
 void Tfrm_check::ShowFixed(std::int32_t Count) {

@@ -94,11 +94,11 @@ std::vector<TNamedHandler> Tfrm_ignored::Handlers() {
 void Tfrm_ignored::FormCreate() {
   Clean_ = std::make_unique<TRegistryClean>(Bench_.Platform);
   FillList();
+  List_.FitLastColumn();
 }
 
 void Tfrm_ignored::FormShow(TComponent &) {
   Translate(Bench_.Language, *this);
-  List_.FitLastColumn();
   GiveFocus(List_);
 }
 

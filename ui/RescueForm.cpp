@@ -22,7 +22,7 @@ TFormTable RescueTable() {
   return {
       .Name = u"frm_rescue",
       .Caption = u"Restore",
-      .Size = {528, 320},
+      .Size = {528, 314},
       .Start = TSize{528, 380},
       .Resizable = true,
       .On = {{TEvent::Show, u"FormShow"}, {TEvent::Close, u"FormClose"}},
@@ -50,20 +50,20 @@ TFormTable RescueTable() {
                .Ellipsis = true},
               {.Name = u"Button1",
                .Kind = TKind::Button,
-               .Place = {188, 278, 112, 26},
+               .Place = {188, 272, 112, 26},
                .Caption = u"Undo Changes",
                .On = {{TEvent::Click, u"Button1Click"}},
                .Anchors = BottomRight,
                .Default = true},
               {.Name = u"Button2",
                .Kind = TKind::Button,
-               .Place = {308, 278, 112, 26},
+               .Place = {308, 272, 112, 26},
                .Caption = u"Delete Backups",
                .On = {{TEvent::Click, u"Button2Click"}},
                .Anchors = BottomRight},
               {.Name = u"Button3",
                .Kind = TKind::Button,
-               .Place = {428, 278, 84, 26},
+               .Place = {428, 272, 84, 26},
                .Caption = u"Close",
                .On = {{TEvent::Click, u"Button3Click"}},
                .Anchors = BottomRight,
@@ -136,7 +136,6 @@ void Tfrm_rescue::FormCreate() {
 
 void Tfrm_rescue::FormShow(TComponent &) {
   Translate(Bench_.Language, *this);
-  List_.FitLastColumn();
   if (List_.RowCount() > 0)
     GiveFocus(List_);
   else

@@ -101,7 +101,7 @@ TEST_F(Sample, IsScannedFixedAndRestoredThroughTheWindows) {
     const TScript User(
         {{u"frm_rescue",
           [](TForm &Form) {
-            const TBoxAnswer Answers({IDYES, IDOK});
+            const TBoxAnswer Answers(std::vector<int>{IDYES, IDOK});
             PressControl(Form, u"Button1");
           },
           HasRow},
