@@ -6,7 +6,7 @@
 
 namespace hivesweep {
 
-enum class TLabel : std::size_t {
+enum class TProblemType : std::size_t {
   MissingPath = 0,
   EmptyKey = 1,
   ActiveX = 2,

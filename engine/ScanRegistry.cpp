@@ -262,7 +262,7 @@ std::unique_ptr<TRegKey> TScanRegistry::OpenSubkey(TRegKey &Parent, std::u16stri
   return std::move(Opened.Key);
 }
 
-void TScanRegistry::ShowStatus(TStatusLabel &StatusLabel, TLabel Label) const {
+void TScanRegistry::ShowStatus(TStatusLabel &StatusLabel, TProblemType Label) const {
   StatusLabel.SetText(ScanPrefix + Caption(Label));
 }
 

@@ -49,7 +49,7 @@ struct TSettingsPaths {
 
 // One problem as a scanner found it.
 struct TFinding {
-  TLabel Label = TLabel::MissingPath;
+  TProblemType Label = TProblemType::MissingPath;
   int Area = 0;
   std::u16string KeyPath;
   std::u16string ValueName;
@@ -85,7 +85,7 @@ struct TUnreadableKey {
 class TScanRegistry {
 public:
   // Everything given must outlive the engine. Captions become the Labels, which
-  // have one entry for each TLabel.
+  // have one entry for each TProblemType.
   TScanRegistry(TPlatform &Platform, TListViewManage &Problems, TSettingsPaths Settings,
                 std::span<const TScannerRow> Scanners, std::vector<std::u16string> Captions);
 
@@ -142,8 +142,8 @@ public:
   bool IsUnreadable(std::u16string_view KeyPath) const;
 
   // Puts ScanPrefix and a label's caption into the status label.
-  void ShowStatus(TStatusLabel &StatusLabel, TLabel Label) const;
-  const std::u16string &Caption(TLabel Label) const {
+  void ShowStatus(TStatusLabel &StatusLabel, TProblemType Label) const;
+  const std::u16string &Caption(TProblemType Label) const {
     return Labels[static_cast<std::size_t>(Label)];
   }
   void Pump() { Platform_.Messages->Pump(); }

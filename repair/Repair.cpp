@@ -78,7 +78,8 @@ bool TRegistryClean::RecordBeforeFix(TFixRun &Run) {
   const std::vector<std::u16string> &Lines = Run.Engine.BackupText;
   if (Lines.empty() && Run.Problems.CheckedCount() == 0)
     return true;
-  Run.Record = RecordFix(Platform_, Run.Problems, Run.Engine.Caption(TLabel::ShortcutFile), Lines);
+  Run.Record =
+      RecordFix(Platform_, Run.Problems, Run.Engine.Caption(TProblemType::ShortcutFile), Lines);
   TStorage &Storage = *Platform_.Storage;
   const std::u16string &Folder = Paths.BackupFolderPath;
   TDiskError Error = Storage.CreateFolder(Folder);
@@ -127,7 +128,7 @@ void TRegistryClean::RemoveCheckedProblems(TFixRun &Run, std::vector<std::u16str
     BackupLines.insert(BackupLines.end(), Run.Engine.BackupText.begin(),
                        Run.Engine.BackupText.end());
 
-  const std::u16string &DeepScanCaption = Run.Engine.Caption(TLabel::DeepScan);
+  const std::u16string &DeepScanCaption = Run.Engine.Caption(TProblemType::DeepScan);
   std::int64_t Done = 0;
   for (std::int32_t Index = 0; Index < Run.Problems.GroupCount() && !FixStopped_; ++Index) {
     for (std::int32_t Row = Run.Problems.GetGroup(Index)->Count() - 1; Row >= 0; --Row) {
@@ -162,7 +163,7 @@ void TRegistryClean::RemoveCheckedProblems(TFixRun &Run, std::vector<std::u16str
 
 TRemoval TRegistryClean::Remove(TFixRun &Run, const TItemInfo &Item) {
   const TFixGuard Guard(Platform_, Run.Record);
-  const TFixStep Step = StepOf(Item, Run.Engine.Caption(TLabel::ShortcutFile));
+  const TFixStep Step = StepOf(Item, Run.Engine.Caption(TProblemType::ShortcutFile));
   if (Step.Kind == TStepKind::DeleteFile)
     return Guard.MayDeleteFile(Item.Data)
                ? RemovalOf(RegStatusOf(Platform_.Files->RemoveFile(Item.Data)))

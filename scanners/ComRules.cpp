@@ -9,18 +9,18 @@
 
 namespace hivesweep {
 
-std::optional<TLabel> ClassPartLabel(std::u16string_view Subkey) {
+std::optional<TProblemType> ClassPartLabel(std::u16string_view Subkey) {
   static constexpr struct {
     std::u16string_view Name;
-    TLabel Label;
+    TProblemType Label;
   } Parts[] = {
-      {u"inprocserver32", TLabel::ActiveX},
-      {u"inprocserver", TLabel::ActiveX},
-      {u"toolboxbitmap32", TLabel::ActiveX},
-      {u"localserver32", TLabel::ActiveX},
-      {u"progid", TLabel::ActiveX},
-      {u"versionindependentprogid", TLabel::ActiveX},
-      {u"defaulticon", TLabel::ApplicationIcon},
+      {u"inprocserver32", TProblemType::ActiveX},
+      {u"inprocserver", TProblemType::ActiveX},
+      {u"toolboxbitmap32", TProblemType::ActiveX},
+      {u"localserver32", TProblemType::ActiveX},
+      {u"progid", TProblemType::ActiveX},
+      {u"versionindependentprogid", TProblemType::ActiveX},
+      {u"defaulticon", TProblemType::ApplicationIcon},
   };
   for (const auto &Part : Parts)
     if (Part.Name.size() == Subkey.size() && FindNoAsciiCase(Subkey, Part.Name) == 0)

@@ -12,7 +12,7 @@ namespace hivesweep {
 
 // What of a class is looked at: the label of a problem there; nothing for any other
 // subkey. Names are compared without regard to ASCII case.
-std::optional<TLabel> ClassPartLabel(std::u16string_view Subkey);
+std::optional<TProblemType> ClassPartLabel(std::u16string_view Subkey);
 
 // One of the three classes that are left alone with all that is below them. Unlike all
 // other names, these are compared exactly.

@@ -39,7 +39,7 @@ private:
     const TKeyAt Top = Run_.Open(TRegRoot::ClassesRoot, Branch);
     if (!Top)
       return 0;
-    Run_.ShowStatus(TLabel::ActiveX);
+    Run_.ShowStatus(TProblemType::ActiveX);
     Run_.ForEachName(Run_.SubkeyNames(Top), [&](const std::u16string &Name) { Look(Top, Name); });
     return Run_.Found;
   }
@@ -56,7 +56,8 @@ private:
     return At ? Run_.AllSubkeyNames(At).value_or(TKeyNames()) : TKeyNames();
   }
 
-  void Report(TLabel Label, const TKeyAt &At, std::u16string_view Data, std::int32_t ItemKind) {
+  void Report(TProblemType Label, const TKeyAt &At, std::u16string_view Data,
+              std::int32_t ItemKind) {
     std::optional<std::u16string_view> Default;
     if (!Data.empty())
       Default = Data;
@@ -70,14 +71,14 @@ private:
         LookAtClassPart(Run_.Open(Class, Name), *Label);
   }
 
-  void LookAtClassPart(const TKeyAt &Part, TLabel Label) {
+  void LookAtClassPart(const TKeyAt &Part, TProblemType Label) {
     const auto Default = Part ? Run_.DefaultText(Part) : std::nullopt;
     if (!Default)
       return;
     const std::u16string_view Text = Trim(*Default);
     if (Text.empty()) {
       if (HoldsOnlyItsDefault(Run_, Part))
-        Report(TLabel::EmptyKey, Part, u"", Run_.Engine.KindKey);
+        Report(TProblemType::EmptyKey, Part, u"", Run_.Engine.KindKey);
       return;
     }
     const auto Target = DeadClassTarget(Context_, Text);
@@ -85,7 +86,8 @@ private:
       return;
     // Without its file, a key of no other value is as good as empty.
     if (const auto Counts = Run_.Counts(Part))
-      Report(Counts->Values < 2 ? TLabel::EmptyKey : Label, Part, *Target, Run_.Engine.KindKey);
+      Report(Counts->Values < 2 ? TProblemType::EmptyKey : Label, Part, *Target,
+             Run_.Engine.KindKey);
   }
 
   // ---- type libraries ----------------------------------------------------------------
@@ -116,7 +118,7 @@ private:
         return;
       TakesLocale = Counts->Values == 0;
     }
-    Report(TLabel::ActiveX, TakesLocale ? Locale : Library, Data,
+    Report(TProblemType::ActiveX, TakesLocale ? Locale : Library, Data,
            IsEmpty ? Run_.Engine.KindKey : Run_.Engine.KindValue);
   }
 
@@ -126,9 +128,9 @@ private:
       return;
     if (Default->empty()) {
       if (HoldsOnlyItsDefault(Run_, Key))
-        Report(TLabel::EmptyKey, Key, u"", Run_.Engine.KindKey);
+        Report(TProblemType::EmptyKey, Key, u"", Run_.Engine.KindKey);
     } else if (const auto Path = DeadLibraryFolder(Context_, *Default)) {
-      Report(TLabel::MissingPath, Key, *Path, Run_.Engine.KindValue);
+      Report(TProblemType::MissingPath, Key, *Path, Run_.Engine.KindValue);
     }
   }
 

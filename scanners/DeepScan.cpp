@@ -114,7 +114,7 @@ private:
       const auto &[Name, Data] = Values_[Index];
       if (const std::u16string_view Text = Data.Text();
           Data.IsText() && !IsPathValid(Run_.Engine.Disk(), *Variables_, Text))
-        Run_.ReportValue(TLabel::DeepScan, Path_, Name, Text, Text);
+        Run_.ReportValue(TProblemType::DeepScan, Path_, Name, Text, Text);
       if ((Index + 1) % ValuesPerEntry == 0 && !GoesOn())
         return;
     }
@@ -185,7 +185,7 @@ std::u16string TempDirOf(TScanRegistry &Engine, const std::u16string &User) {
 std::int32_t ScanDeepFileSystem(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                                 TProgressBar &ProgressBar, TGroupItems &Group) {
   TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, DeepScanArea);
-  Run.Begin(TLabel::DeepScan);
+  Run.Begin(TProblemType::DeepScan);
   const TPathVariables Variables = OwnVariables(Engine);
   // On 64-bit systems the other half of the machine's software, which a program of
   // that kind sees here itself.
@@ -199,7 +199,7 @@ std::int32_t ScanDeepFileSystem(TScanRegistry &Engine, TStatusLabel &StatusLabel
 std::int32_t ScanDeepUsers(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                            TProgressBar &ProgressBar, TGroupItems &Group) {
   TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, DeepScanArea);
-  Run.Begin(TLabel::DeepScan);
+  Run.Begin(TProblemType::DeepScan);
   TPathVariables Variables = OwnVariables(Engine);
   TDeepWalk Walk(Run);
   if (TKeyAt Own = Run.Open(TRegRoot::CurrentUser, u""))

@@ -31,12 +31,12 @@ void CheckValues(TScannerRun &Run, const TKeyAt &Key, TApplies Applies, TJudge J
   for (std::size_t Index = 0; Index < Values.Count(); ++Index) {
     const auto &[Name, Data] = Values[Index];
     if (Data.IsText() && Applies(Name) && Judge(Run, Data.Text()))
-      Run.ReportValue(TLabel::InvalidExtensions, Key.Path, Name, Data.Text(), Data.Text());
+      Run.ReportValue(TProblemType::InvalidExtensions, Key.Path, Name, Data.Text(), Data.Text());
   }
 }
 
 void CheckExtension(TScannerRun &Run, const TKeyAt &Extension) {
-  if (ReportIfEmpty(Run, Extension, TLabel::UnusedExtensions))
+  if (ReportIfEmpty(Run, Extension, TProblemType::UnusedExtensions))
     return;
   CheckValues(
       Run, Extension, [](std::u16string_view Name) { return EqualNoCase(Name, u"Application"); },
@@ -55,7 +55,7 @@ void CheckExtension(TScannerRun &Run, const TKeyAt &Extension) {
 std::int32_t ScanExplorerExtensions(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                                     TProgressBar &ProgressBar, TGroupItems &Group) {
   TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 14);
-  Run.Begin(TLabel::UnusedExtensions);
+  Run.Begin(TProblemType::UnusedExtensions);
   constexpr std::u16string_view Path =
       u"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\FileExts";
   if (const TKeyAt Extensions = Run.Open(TRegRoot::CurrentUser, Path))

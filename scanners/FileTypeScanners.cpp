@@ -48,7 +48,7 @@ template <typename TTake> bool ForEachVerb(TScannerRun &Run, const TKeyAt &At, T
 // reported and then, for the command to come back where it was, the command's own.
 void ReportCommand(TScannerRun &Run, std::u16string_view KeyPath, std::int32_t ItemKind,
                    const TVerb &Verb) {
-  Run.Report({.Label = TLabel::MissingPath,
+  Run.Report({.Label = TProblemType::MissingPath,
               .KeyPath = std::u16string(KeyPath),
               .ValueName = std::u16string(WholeKey),
               .Data = Verb.Command.Expanded,
@@ -64,13 +64,13 @@ void CheckIcon(TScannerRun &Run, const TKeyAt &Type) {
     return;
   const TCommandText Icon = JudgeCommand(Run.Engine, Stored.Data());
   if (Icon.Fate == TFate::Dead)
-    Run.ReportKey(TLabel::ApplicationIcon, Key.Path, Icon.Expanded, Run.Engine.KindValue,
+    Run.ReportKey(TProblemType::ApplicationIcon, Key.Path, Icon.Expanded, Run.Engine.KindValue,
                   Stored.Data().Text());
 }
 
 // The default value of an extension's key is reported when the type that it names is
 // gone and nothing else keeps the extension alive.
-void CheckDefaultType(TScannerRun &Run, const TKeyAt &Extension, TLabel Label,
+void CheckDefaultType(TScannerRun &Run, const TKeyAt &Extension, TProblemType Label,
                       std::span<const TClassesHome> Homes) {
   const std::u16string Type(Run.DefaultText(Extension).value_or(u""));
   if (IsNoClass(Run, Type, Homes) && !IsKeptAlive(Run, Extension, Homes))
@@ -91,7 +91,7 @@ void CheckApplication(TScannerRun &Run, const TKeyAt &Application) {
 }
 
 void CheckFileType(TScannerRun &Run, const TKeyAt &Type) {
-  if (ReportIfEmpty(Run, Type, TLabel::EmptyKey))
+  if (ReportIfEmpty(Run, Type, TProblemType::EmptyKey))
     return;
   CheckIcon(Run, Type);
   ForEachVerb(Run, Type, [&](const TVerb &Verb) {
@@ -105,7 +105,7 @@ void CheckFileType(TScannerRun &Run, const TKeyAt &Type) {
 std::int32_t ScanApplications(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                               TProgressBar &ProgressBar, TGroupItems &Group) {
   TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 2);
-  Run.Begin(TLabel::ApplicationIcon);
+  Run.Begin(TProblemType::ApplicationIcon);
   if (const TKeyAt Top = Run.Open(TRegRoot::ClassesRoot, u"Applications"))
     Run.ForEachKey(Top, Run.SubkeyNames(Top),
                    [&](const TKeyAt &Application) { CheckApplication(Run, Application); });
@@ -115,7 +115,7 @@ std::int32_t ScanApplications(TScanRegistry &Engine, TStatusLabel &StatusLabel,
 std::int32_t ScanFileTypes(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                            TProgressBar &ProgressBar, TGroupItems &Group) {
   TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 3);
-  Run.Begin(TLabel::InvalidExtensions);
+  Run.Begin(TProblemType::InvalidExtensions);
   Run.MovesPerName = true;
   if (const TKeyAt Classes = Run.Open(TRegRoot::ClassesRoot, u""))
     Run.ForEachKey(Classes, Engine.FileTypeNames,
@@ -126,12 +126,12 @@ std::int32_t ScanFileTypes(TScanRegistry &Engine, TStatusLabel &StatusLabel,
 std::int32_t ScanExtensions(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                             TProgressBar &ProgressBar, TGroupItems &Group) {
   TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 3);
-  Run.Begin(TLabel::UnusedExtensions);
+  Run.Begin(TProblemType::UnusedExtensions);
   Run.MovesPerName = true;
   if (const TKeyAt Classes = Run.Open(TRegRoot::ClassesRoot, u""))
     Run.ForEachKey(Classes, Engine.ExtensionNames, [&](const TKeyAt &Extension) {
-      if (!ReportIfEmpty(Run, Extension, TLabel::UnusedExtensions))
-        CheckDefaultType(Run, Extension, TLabel::InvalidExtensions, ClassRoot);
+      if (!ReportIfEmpty(Run, Extension, TProblemType::UnusedExtensions))
+        CheckDefaultType(Run, Extension, TProblemType::InvalidExtensions, ClassRoot);
     });
   return Run.Found;
 }
@@ -139,15 +139,15 @@ std::int32_t ScanExtensions(TScanRegistry &Engine, TStatusLabel &StatusLabel,
 std::int32_t ScanMachineClasses(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                                 TProgressBar &ProgressBar, TGroupItems &Group) {
   TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 15);
-  Run.Begin(TLabel::ActiveX);
+  Run.Begin(TProblemType::ActiveX);
   Run.MovesPerName = true;
   constexpr TClassesHome Homes[] = {{TRegRoot::LocalMachine, u"SOFTWARE\\Classes\\"},
                                     {TRegRoot::ClassesRoot, u""}};
   if (const TKeyAt Classes = Run.Open(TRegRoot::LocalMachine, u"SOFTWARE\\Classes"))
     Run.ForEachKey(Classes, Run.SubkeyNames(Classes), [&](const TKeyAt &Key) {
       const bool IsExtension = Key.Path[Classes.Path.size() + 1] == u'.';
-      if (!ReportIfEmpty(Run, Key, TLabel::EmptyKey) && IsExtension)
-        CheckDefaultType(Run, Key, TLabel::UnusedExtensions, Homes);
+      if (!ReportIfEmpty(Run, Key, TProblemType::EmptyKey) && IsExtension)
+        CheckDefaultType(Run, Key, TProblemType::UnusedExtensions, Homes);
     });
   return Run.Found;
 }

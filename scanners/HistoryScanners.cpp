@@ -27,8 +27,8 @@ constexpr TScanKey OpenSaveKeys[] = {
 
 constexpr TValueScan LastVisited = {
     .Area = 6,
-    .StatusLabel = TLabel::MruCache,
-    .RecordLabel = TLabel::MruCache,
+    .StatusLabel = TProblemType::MruCache,
+    .RecordLabel = TProblemType::MruCache,
     .Entries = TEntries::AnyType,
     .Rule = ListWithoutData,
     .LineData = TLineData::ByType,
@@ -36,8 +36,8 @@ constexpr TValueScan LastVisited = {
 };
 constexpr TValueScan OpenSave = {
     .Area = 6,
-    .StatusLabel = TLabel::MruCache,
-    .RecordLabel = TLabel::MruCache,
+    .StatusLabel = TProblemType::MruCache,
+    .RecordLabel = TProblemType::MruCache,
     .Entries = TEntries::SubkeyStrings,
     .Rule = ListWithData,
     .LineData = TLineData::ByType,

@@ -21,7 +21,7 @@ bool HoldsOnlyItsDefault(TScannerRun &Run, const TKeyAt &At) {
   return Counts && Counts->Subkeys == 0 && Counts->Values == 1;
 }
 
-bool ReportIfEmpty(TScannerRun &Run, const TKeyAt &At, TLabel Label) {
+bool ReportIfEmpty(TScannerRun &Run, const TKeyAt &At, TProblemType Label) {
   const TContent Content = ContentOf(Run, At);
   if (Content == TContent::Filled)
     return false;

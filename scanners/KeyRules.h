@@ -19,7 +19,7 @@ bool HoldsOnlyItsDefault(TScannerRun &Run, const TKeyAt &At);
 
 // Reports the key when it holds nothing; a blank default value is in the lines. True
 // when it does.
-bool ReportIfEmpty(TScannerRun &Run, const TKeyAt &At, TLabel Label);
+bool ReportIfEmpty(TScannerRun &Run, const TKeyAt &At, TProblemType Label);
 
 // An extension's key whose type of file is gone is of use all the same: it names
 // another type that is there, has actions of its own or tells what kind of file it is.

@@ -14,12 +14,12 @@ TScannerRun::TScannerRun(TScanRegistry &Owner, TStatusLabel &StatusLabel, TProgr
                          TGroupItems &Group, int Area)
     : Engine(Owner), ProgressBar(Bar), StatusLabel_(StatusLabel), Group_(Group), Area_(Area) {}
 
-void TScannerRun::Begin(TLabel Status) {
+void TScannerRun::Begin(TProblemType Status) {
   ProgressBar.Advance();
   ShowStatus(Status);
 }
 
-void TScannerRun::ShowStatus(TLabel Status) { Engine.ShowStatus(StatusLabel_, Status); }
+void TScannerRun::ShowStatus(TProblemType Status) { Engine.ShowStatus(StatusLabel_, Status); }
 
 bool TScannerRun::GoesOn() {
   if (Engine.Stopped)
@@ -83,8 +83,9 @@ bool TScannerRun::NoSuchKey(TRegRoot Root, std::u16string_view Path) {
 
 // ---- reports ------------------------------------------------------------------------
 
-void TScannerRun::ReportKey(TLabel Label, std::u16string_view KeyPath, std::u16string_view Data,
-                            std::int32_t ItemKind, std::optional<std::u16string_view> Default) {
+void TScannerRun::ReportKey(TProblemType Label, std::u16string_view KeyPath,
+                            std::u16string_view Data, std::int32_t ItemKind,
+                            std::optional<std::u16string_view> Default) {
   std::vector<std::u16string> Lines = {KeyLine(KeyPath)};
   if (Default)
     Lines.push_back(StringLine(u"", Escaped(*Default)));
@@ -96,8 +97,9 @@ void TScannerRun::ReportKey(TLabel Label, std::u16string_view KeyPath, std::u16s
           .BackupLines = std::move(Lines)});
 }
 
-void TScannerRun::ReportValue(TLabel Label, std::u16string_view KeyPath, std::u16string_view Name,
-                              std::u16string_view Data, std::u16string_view Stored) {
+void TScannerRun::ReportValue(TProblemType Label, std::u16string_view KeyPath,
+                              std::u16string_view Name, std::u16string_view Data,
+                              std::u16string_view Stored) {
   Report({.Label = Label,
           .KeyPath = std::u16string(KeyPath),
           .ValueName = std::u16string(Name),

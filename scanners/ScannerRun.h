@@ -32,8 +32,8 @@ public:
               TGroupItems &Group, int Area);
 
   // Moves the bar by one and shows the label.
-  void Begin(TLabel Status);
-  void ShowStatus(TLabel Status);
+  void Begin(TProblemType Status);
+  void ShowStatus(TProblemType Status);
 
   // To be asked before each entry: pumps messages; false when the scan has been stopped.
   bool GoesOn();
@@ -80,11 +80,11 @@ public:
   // ---- reports ----------------------------------------------------------------------
   // A whole key. Its lines are the key and, where Default is given, that text as its
   // default value.
-  void ReportKey(TLabel Label, std::u16string_view KeyPath, std::u16string_view Data,
+  void ReportKey(TProblemType Label, std::u16string_view KeyPath, std::u16string_view Data,
                  std::int32_t ItemKind, std::optional<std::u16string_view> Default = {});
 
   // A value, by its name and stored text; Data is what the record says of it.
-  void ReportValue(TLabel Label, std::u16string_view KeyPath, std::u16string_view Name,
+  void ReportValue(TProblemType Label, std::u16string_view KeyPath, std::u16string_view Name,
                    std::u16string_view Data, std::u16string_view Stored);
 
   // What has everything but its area, with lines of the caller's own.

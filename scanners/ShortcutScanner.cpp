@@ -48,7 +48,7 @@ void CheckShortcut(TScannerRun &Run, const std::u16string &Path) {
   if (!IsPlainPath(Run.Engine, *Target) || !IsGone(Run.Engine, *Target))
     return;
   // No backup lines: nothing in the registry is concerned.
-  Run.Report({.Label = TLabel::ShortcutFile,
+  Run.Report({.Label = TProblemType::ShortcutFile,
               .KeyPath = Path,
               .ValueName = std::u16string(WholeKey),
               .Data = Path,
@@ -93,8 +93,8 @@ std::optional<TVerdict> JudgeShellFolder(const TScanContext &Context, const TSca
 
 constexpr TValueScan ShellFolders = {
     .Area = 8,
-    .StatusLabel = TLabel::Shortcuts,
-    .RecordLabel = TLabel::Shortcuts,
+    .StatusLabel = TProblemType::Shortcuts,
+    .RecordLabel = TProblemType::Shortcuts,
     .Rule = JudgeShellFolder,
     .Keys = ShellFoldersKeys,
 };
@@ -104,7 +104,7 @@ constexpr TValueScan ShellFolders = {
 std::int32_t ScanShortcutFiles(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                                TProgressBar &ProgressBar, TGroupItems &Group) {
   TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 8);
-  Run.Begin(TLabel::Shortcuts);
+  Run.Begin(TProblemType::Shortcuts);
   TFoldersToSee Waiting = ShortcutFolders(*Engine.Platform().Folders);
   std::reverse(Waiting.begin(), Waiting.end());
   while (!Waiting.empty() && Run.GoesOn()) {

@@ -26,7 +26,7 @@ TKeyAt Begin(TScannerRun &Run, TRegRoot Root, std::u16string_view Path) {
   Run.ProgressBar.Advance();
   TKeyAt Top = Run.Open(Root, Path);
   if (Top)
-    Run.ShowStatus(TLabel::Software);
+    Run.ShowStatus(TProblemType::Software);
   return Top;
 }
 
@@ -42,7 +42,7 @@ std::int32_t ScanSoftware(TScannerRun Run, TRegRoot Root, std::int32_t BlankDefa
     const TKeyAt Key = Run.Open(Top, Name);
     const TContent Content = Key ? ContentOf(Run, Key) : TContent::Filled;
     if (Content != TContent::Filled)
-      Run.ReportKey(TLabel::Software, Key.Path, u"",
+      Run.ReportKey(TProblemType::Software, Key.Path, u"",
                     Content == TContent::Nothing ? Run.Engine.KindValue : BlankDefaultKind);
   });
   return Run.Found;
@@ -88,7 +88,7 @@ private:
       return false;
     if (!Trim(Values_[0].Data.Text()).empty())
       return true;
-    Run_.ReportKey(TLabel::Uninstaller, Entry.Path, u"", Run_.Engine.KindValue);
+    Run_.ReportKey(TProblemType::Uninstaller, Entry.Path, u"", Run_.Engine.KindValue);
     return false;
   }
 
@@ -96,7 +96,7 @@ private:
     if (!IsDeadUninstaller(Context_, Data))
       return;
     TFinding Finding;
-    Finding.Label = TLabel::Uninstaller;
+    Finding.Label = TProblemType::Uninstaller;
     Finding.KeyPath = Entry.Path;
     Finding.ValueName = Name;
     Finding.Data = Data;
@@ -153,7 +153,7 @@ std::int32_t ScanARPCache(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                                                            Engine.UninstallNames.end());
   Run.ForEachName(Run.SubkeyNames(Top), [&](const std::u16string &Name) {
     if (!Installed.contains(Name))
-      Run.ReportKey(TLabel::Uninstaller, Below(Top.Path, Name), u"", Engine.KindValue);
+      Run.ReportKey(TProblemType::Uninstaller, Below(Top.Path, Name), u"", Engine.KindValue);
   });
   return Run.Found;
 }

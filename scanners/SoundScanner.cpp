@@ -34,7 +34,7 @@ void CheckSound(TScannerRun &Run, const TKeyAt &Current) {
   if (Current.Key->Read(u"", Value) != TRegStatus::Ok || !Value.Data().IsText())
     return;
   if (const std::u16string Sound = MissingSound(Run.Engine, Value.Data()); !Sound.empty())
-    Run.ReportValue(TLabel::Sound, Current.Path, u"", Sound, Value.Data().Text());
+    Run.ReportValue(TProblemType::Sound, Current.Path, u"", Sound, Value.Data().Text());
 }
 
 } // namespace
@@ -42,7 +42,7 @@ void CheckSound(TScannerRun &Run, const TKeyAt &Current) {
 std::int32_t ScanSounds(TScanRegistry &Engine, TStatusLabel &StatusLabel, TProgressBar &ProgressBar,
                         TGroupItems &Group) {
   TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 10);
-  Run.Begin(TLabel::Sound);
+  Run.Begin(TProblemType::Sound);
   const TKeyAt Top = Run.Open(TRegRoot::CurrentUser, u"AppEvents\\Schemes\\Apps");
   if (!Top)
     return 0;

@@ -48,7 +48,8 @@ void CheckMenu(TScannerRun &Run, TMenu &Menu, std::vector<TMenu> &Waiting) {
       return Run.Engine.Disk().NoSuchFolder(Folder);
     });
     if (Folders.empty())
-      Run.ReportKey(TLabel::StartMenu, Below(Menu.Key.Path, Name), Expected, Run.Engine.KindKey);
+      Run.ReportKey(TProblemType::StartMenu, Below(Menu.Key.Path, Name), Expected,
+                    Run.Engine.KindKey);
     else if (TKeyAt Key = Run.Open(Menu.Key, Name))
       Waiting.push_back({std::move(Key), std::move(Folders)});
   });
@@ -59,7 +60,7 @@ void CheckMenu(TScannerRun &Run, TMenu &Menu, std::vector<TMenu> &Waiting) {
 std::int32_t ScanStartMenu(TScanRegistry &Engine, TStatusLabel &StatusLabel,
                            TProgressBar &ProgressBar, TGroupItems &Group) {
   TScannerRun Run(Engine, StatusLabel, ProgressBar, Group, 11);
-  Run.Begin(TLabel::StartMenu);
+  Run.Begin(TProblemType::StartMenu);
   TFolders &Folders = *Engine.Platform().Folders;
   std::vector<std::u16string> Menus;
   for (const TSpecialFolder Folder : {TSpecialFolder::StartMenu, TSpecialFolder::CommonStartMenu}) {

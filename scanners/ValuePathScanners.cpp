@@ -37,30 +37,30 @@ constexpr TScanKey FirewallKeys[] = {
 // where it was found.
 constexpr TValueScan AppPaths = {
     .Area = 2,
-    .StatusLabel = TLabel::ApplicationIcon,
-    .RecordLabel = TLabel::MissingPath,
+    .StatusLabel = TProblemType::ApplicationIcon,
+    .RecordLabel = TProblemType::MissingPath,
     .Entries = TEntries::SubkeyDefaults,
     .Rule = JudgeAppPath,
     .Keys = AppPathsKeys,
 };
 constexpr TValueScan HelpFiles = {
     .Area = 5,
-    .StatusLabel = TLabel::HelpFiles,
-    .RecordLabel = TLabel::HelpFiles,
+    .StatusLabel = TProblemType::HelpFiles,
+    .RecordLabel = TProblemType::HelpFiles,
     .Rule = JudgeHelpFile,
     .Keys = HelpKeys,
 };
 constexpr TValueScan HtmlHelpFiles = {
     .Area = 5,
-    .StatusLabel = TLabel::HelpFiles,
-    .RecordLabel = TLabel::HelpFiles,
+    .StatusLabel = TProblemType::HelpFiles,
+    .RecordLabel = TProblemType::HelpFiles,
     .Rule = JudgeHelpFile,
     .Keys = HtmlHelpKeys,
 };
 constexpr TValueScan InstallerFolders = {
     .Area = 9,
-    .StatusLabel = TLabel::Software,
-    .RecordLabel = TLabel::Installer,
+    .StatusLabel = TProblemType::Software,
+    .RecordLabel = TProblemType::Installer,
     .Rule = JudgeInstallerFolder,
     .EscapeName = true,
     .LineData = TLineData::EscapedIfNameIsPath,
@@ -68,8 +68,8 @@ constexpr TValueScan InstallerFolders = {
 };
 constexpr TValueScan MuiCache = {
     .Area = 13,
-    .StatusLabel = TLabel::MuiHistory,
-    .RecordLabel = TLabel::MissingPath,
+    .StatusLabel = TProblemType::MuiHistory,
+    .RecordLabel = TProblemType::MissingPath,
     .Entries = TEntries::PlainStrings,
     .Rule = JudgeMuiEntry,
     .EscapeName = true,
@@ -78,8 +78,8 @@ constexpr TValueScan MuiCache = {
 };
 constexpr TValueScan SharedDlls = {
     .Area = 7,
-    .StatusLabel = TLabel::SharedDll,
-    .RecordLabel = TLabel::SharedDll,
+    .StatusLabel = TProblemType::SharedDll,
+    .RecordLabel = TProblemType::SharedDll,
     .Entries = TEntries::Dwords,
     .Rule = JudgeSharedDll,
     .EscapeName = true,
@@ -88,29 +88,29 @@ constexpr TValueScan SharedDlls = {
 };
 constexpr TValueScan Drivers32 = {
     .Area = 16,
-    .StatusLabel = TLabel::InvalidExtensions,
-    .RecordLabel = TLabel::InvalidExtensions,
+    .StatusLabel = TProblemType::InvalidExtensions,
+    .RecordLabel = TProblemType::InvalidExtensions,
     .Rule = JudgeDriver,
     .Keys = Drivers32Keys,
 };
 constexpr TValueScan Fonts = {
     .Area = 4,
-    .StatusLabel = TLabel::Font,
-    .RecordLabel = TLabel::Font,
+    .StatusLabel = TProblemType::Font,
+    .RecordLabel = TProblemType::Font,
     .Rule = JudgeFont,
     .Keys = FontsKeys,
 };
 constexpr TValueScan Startup = {
     .Area = 12,
-    .StatusLabel = TLabel::Startup,
-    .RecordLabel = TLabel::Startup,
+    .StatusLabel = TProblemType::Startup,
+    .RecordLabel = TProblemType::Startup,
     .Rule = JudgeStartupEntry,
     .Keys = RunKeys,
 };
 constexpr TValueScan FirewallList = {
     .Area = 16,
-    .StatusLabel = TLabel::Firewall,
-    .RecordLabel = TLabel::Firewall,
+    .StatusLabel = TProblemType::Firewall,
+    .RecordLabel = TProblemType::Firewall,
     .Rule = JudgeFirewallEntry,
     .EscapeName = true,
     .Keys = FirewallKeys,

@@ -68,8 +68,8 @@ struct TScanKey {
 
 struct TValueScan {
   int Area;
-  TLabel StatusLabel; // shown while the scanner runs
-  TLabel RecordLabel; // the type of its problems
+  TProblemType StatusLabel; // shown while the scanner runs
+  TProblemType RecordLabel; // the type of its problems
   TEntries Entries = TEntries::Strings;
   TRule Rule;
   bool EscapeName = false; // in the backup's value line

@@ -24,7 +24,7 @@ void AddSingleTexts(std::vector<TFileText> &Out) {
   for (const TArea &Area : Areas)
     Add(AreaCaptionKey(Area), Area.Caption);
   for (std::size_t Label = 0; Label < EnglishLabels.size(); ++Label)
-    Add(ProblemTypeKey(static_cast<TLabel>(Label)), EnglishLabels[Label]);
+    Add(ProblemTypeKey(static_cast<TProblemType>(Label)), EnglishLabels[Label]);
 }
 
 void AddFormTexts(std::vector<TFileText> &Out) {
@@ -45,7 +45,7 @@ std::u16string AreaCaptionKey(const TArea &Area) {
   return Numbered(u"Lv_checkitem", AreaIndex(Area.Number));
 }
 
-std::u16string ProblemTypeKey(TLabel Label) {
+std::u16string ProblemTypeKey(TProblemType Label) {
   return Numbered(u"ProblemType", static_cast<std::size_t>(Label));
 }
 

@@ -147,7 +147,7 @@ consteval const TLanguageText &LanguageText(std::u16string_view Key) {
 std::u16string AreaCaptionKey(const TArea &Area);
 
 // The key of the name of a type of problems; its English is in EnglishLabels.
-std::u16string ProblemTypeKey(TLabel Label);
+std::u16string ProblemTypeKey(TProblemType Label);
 
 // The texts of the forms' components, but for those that repeat the areas' captions.
 inline constexpr TFormText FormTexts[] = {

@@ -18,7 +18,7 @@ std::vector<std::u16string> Captions(const TLanguage &Language) {
   std::vector<std::u16string> Names;
   for (std::size_t Label = 0; Label < EnglishLabels.size(); ++Label)
     Names.push_back(
-        Language.TextOr(ProblemTypeKey(static_cast<TLabel>(Label)), EnglishLabels[Label]));
+        Language.TextOr(ProblemTypeKey(static_cast<TProblemType>(Label)), EnglishLabels[Label]));
   return Names;
 }
 

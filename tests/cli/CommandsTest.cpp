@@ -296,7 +296,7 @@ TEST(CliFailures, ABrokenAreaIsToldAndTheOthersArePrinted) {
 
 std::int32_t WalkLong(TScanRegistry &Engine, TStatusLabel &Status, TProgressBar &Progress,
                       TGroupItems &) {
-  Engine.ShowStatus(Status, TLabel::HelpFiles);
+  Engine.ShowStatus(Status, TProblemType::HelpFiles);
   Progress.SetMax(2000);
   for (int Step = 0; Step < 2000; ++Step)
     Progress.Advance();

@@ -71,7 +71,7 @@ inline bool Has(const std::string &Text, std::string_view Part) {
 inline std::int32_t ReportWholeKey(TScanRegistry &Engine, TGroupItems &Group,
                                    std::u16string KeyPath) {
   TFinding Finding;
-  Finding.Label = TLabel::ActiveX;
+  Finding.Label = TProblemType::ActiveX;
   Finding.Area = 1;
   Finding.BackupLines = {KeyLine(KeyPath)};
   Finding.KeyPath = std::move(KeyPath);

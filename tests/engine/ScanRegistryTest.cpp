@@ -15,12 +15,12 @@ constexpr std::u16string_view AllAreas = u"11111111111111111";
 std::int32_t ScanTen(TScanRegistry &Engine, TStatusLabel &StatusLabel, TProgressBar &ProgressBar,
                      TGroupItems &Group) {
   ProgressBar.Advance();
-  Engine.ShowStatus(StatusLabel, TLabel::Font);
+  Engine.ShowStatus(StatusLabel, TProblemType::Font);
   std::int32_t Found = 0;
   for (char16_t Entry = u'0'; Entry <= u'9' && !Engine.Stopped; ++Entry) {
     Engine.Pump();
     ++Found;
-    Engine.Report(Group, {.Label = TLabel::Font,
+    Engine.Report(Group, {.Label = TProblemType::Font,
                           .Area = Engine.CurrentArea(),
                           .KeyPath = u"HKEY_LOCAL_MACHINE\\Software\\Test",
                           .ValueName = Entry == u'2' ? u"Norton" : std::u16string(1, Entry),

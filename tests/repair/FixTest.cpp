@@ -131,8 +131,8 @@ TEST_F(FixTest, ADeletedFileIsNoRegistryMatter) {
   TFileContent Content;
   Content.Bytes = "link";
   ASSERT_EQ(Platform_.Files->WriteContent(u"C:\\Users\\me\\a.lnk", Content), TFileStatus::Ok);
-  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"N/A", u"C:\\Users\\me\\a.lnk", TLabel::ShortcutFile);
-  Fix_->Add(u"C:\\Users\\me\\b.lnk", u"N/A", u"C:\\Users\\me\\b.lnk", TLabel::ShortcutFile);
+  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"N/A", u"C:\\Users\\me\\a.lnk", TProblemType::ShortcutFile);
+  Fix_->Add(u"C:\\Users\\me\\b.lnk", u"N/A", u"C:\\Users\\me\\b.lnk", TProblemType::ShortcutFile);
   const TFixReport Report = Fix_->Run();
   EXPECT_EQ(Platform_.Files->Look(u"C:\\Users\\me\\a.lnk"), TPathState::Missing);
   EXPECT_TRUE(HasKey(u"A"));

@@ -112,7 +112,7 @@ public:
   }
 
   TItemInfo &Add(std::u16string_view KeyPath, std::u16string_view ValueName,
-                 std::u16string_view Data = u"", TLabel Type = TLabel::MissingPath) {
+                 std::u16string_view Data = u"", TProblemType Type = TProblemType::MissingPath) {
     TGroupItems *Group = Problems.FindGroup(u"2");
     if (!Group)
       Group = Problems.AddGroup(u"2");

@@ -168,7 +168,7 @@ void Prepare(TTestFix &Fix, TWorld &World, bool Many) {
   Subject.Text(u"Open", u"first", u"1");
   Fix.Add(Subject.KeyPath(u"Missing"), u"hit");
   Fix.Add(Subject.KeyPath(u"Open"), u"first");
-  Fix.Add(World.Shortcut, u"N/A", World.Shortcut, TLabel::ShortcutFile);
+  Fix.Add(World.Shortcut, u"N/A", World.Shortcut, TProblemType::ShortcutFile);
   if (!Many)
     return;
   FillOddValues(Subject, u"Odd");
