@@ -3,6 +3,8 @@
 
 namespace hivesweep {
 
+// The user who runs it is an administrator here and now: one whose rights were taken off
+// this process, as user account control does, is none. False when the system can't say.
 bool HasMachineRights();
 
 } // namespace hivesweep
