@@ -102,6 +102,11 @@ bool TListViewManage::GetRow(std::int32_t Index, TProblemRow &Out) const {
   return true;
 }
 
+void TListViewManage::DropFromView(const TItemInfo *Item) {
+  ++Changes_;
+  std::erase(ViewItems_, Item);
+}
+
 void TListViewManage::CheckAll(bool Checked) {
   for (TItemInfo *Item : ViewItems_)
     Item->Checked = Checked;

@@ -91,6 +91,8 @@ public:
   const std::vector<TItemInfo *> &ViewItems() const { return ViewItems_; }
   // False, and nothing in Out, when there is no such row.
   bool GetRow(std::int32_t Index, TProblemRow &Out) const;
+  // Takes the problem out of the view alone; the others keep their order.
+  void DropFromView(const TItemInfo *Item);
   void CheckAll(bool Checked);
 
   // Turns the one direction flag round, whatever the column, and sorts the view;
