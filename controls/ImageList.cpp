@@ -26,6 +26,13 @@ bool TImageList::AddResource(std::u16string_view Resource) {
   return true;
 }
 
+void TImageList::CopyFrom(const TImageList &Other) {
+  if (const HIMAGELIST Copy = ImageList_Duplicate(Other.List_)) {
+    ImageList_Destroy(List_);
+    List_ = Copy;
+  }
+}
+
 void TImageList::Draw(TCanvas &Canvas, const TRect &Place, int Number, bool Enabled) const {
   if (Number < 0 || Number >= Count())
     return;

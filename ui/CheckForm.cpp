@@ -77,7 +77,6 @@ TFormTable CheckTable(TDialogMode Mode) {
                .Visible = IsScan,
                .Checks = true,
                .Columns = {{u"Areas", 200}, {u"Status", 145}},
-               .Images = u"ImageList_1",
                .Popup = u"PopupMenu1"},
               StripLabel(u"Lab_status"),
               StripLabel(u"Lab_working"),
@@ -134,7 +133,9 @@ std::vector<TNamedHandler> Tfrm_check::Handlers() {
 
 void Tfrm_check::FormCreate() {
   Clean_ = std::make_unique<TRegistryClean>(Bench_.Platform);
-  FillImages(Find<TImageList>(u"ImageList_1"));
+  auto &Images = Find<TImageList>(u"ImageList_1");
+  FillImages(Images);
+  List_.SetImages(&Images);
   for (const TArea &Area : Areas)
     List_.AddRow({{std::u16string(Area.Caption), u""}, Area.Number, {}, false});
   TAreaRows Rows(List_);

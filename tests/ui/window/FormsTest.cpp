@@ -66,7 +66,7 @@ TEST(Forms, LeaveNothingBehind) {
   TLook Look;
   Tfrm_main Main(Look, Bench);
   Main.Show();
-  const auto OpenAll = [&](int Times) {
+  const auto OpenEach = [&](int Times) {
     for (int Time = 0; Time < Times; ++Time)
       for (const TMakeDialog &Make : Dialogs()) {
         const std::unique_ptr<TForm> Dialog = Make(Main, Bench);
@@ -75,17 +75,18 @@ TEST(Forms, LeaveNothingBehind) {
         Dialog->Close();
       }
   };
-  OpenAll(20); // what is made once, by us and by the system
+  OpenEach(50); // what is made once, and what the system keeps for later
   const TObjectCount Objects = CountObjects();
   const std::size_t Handles = OpenHandles();
   const std::size_t Bytes = PrivateBytes().value_or(0);
   constexpr int Times = 200;
-  OpenAll(Times);
+  OpenEach(Times);
   const TObjectCount Now = CountObjects();
   EXPECT_LT(Now.Drawing, Objects.Drawing + Times / 4);
   EXPECT_LT(Now.Windows, Objects.Windows + Times / 4);
   EXPECT_LE(OpenHandles(), Handles + 10);
-  EXPECT_LE(PrivateBytes().value_or(0), Bytes + (1u << 20));
+  // Less than a picture of 16 pixels for each dialog that was opened.
+  EXPECT_LE(PrivateBytes().value_or(0), Bytes + (512u << 10));
 }
 
 } // namespace
