@@ -38,33 +38,61 @@ void TStatusBar::SetPanelText(int Index, std::u16string_view Text) {
     RequestLayout();
 }
 
+void TStatusBar::AddPanel(std::u16string_view Text) {
+  Panels_.push_back({u"", 0});
+  Shortens_ = true;
+  SetPanelText(static_cast<int>(Panels_.size()) - 1, Text);
+  RequestLayout();
+}
+
+int TStatusBar::TextWidth(const TColumn &Panel) const {
+  return Look().Measure(Panel.Caption, TFontRole::Body).Width + Look().Scale(2 * AirUnits);
+}
+
 int TStatusBar::PanelWidth(const TColumn &Panel) const {
-  return std::max(Look().Scale(Panel.Width), Look().Measure(Panel.Caption, TFontRole::Body).Width +
-                                                 Look().Scale(2 * AirUnits));
+  return std::max(Look().Scale(Panel.Width), TextWidth(Panel));
 }
 
 TRect TStatusBar::PanelBounds(int Index) const {
+  const auto Last = static_cast<int>(Panels_.size()) - 1;
+  const int Whole = Bounds().Width - Grip().Width;
+  // What the last one lacks is taken from those before it, the nearest first.
+  int Lacking = TextWidth(Panels_.back()) - Whole;
+  std::vector<int> Widths;
+  for (const TColumn &Panel : Panels_)
+    Widths.push_back(PanelWidth(Panel));
+  for (int I = 0; I < Last; ++I)
+    Lacking += Widths[static_cast<std::size_t>(I)];
   TRect Place{0, 0, 0, Bounds().Height};
+  for (int I = Last - 1; I >= 0 && Lacking > 0; --I) {
+    int &Width = Widths[static_cast<std::size_t>(I)];
+    const int Given = std::min(Lacking, Width - TextWidth(Panels_[static_cast<std::size_t>(I)]));
+    Width -= Given;
+    Lacking -= Given;
+  }
   for (int I = 0; I <= Index; ++I) {
     Place.Left += Place.Width;
-    Place.Width = PanelWidth(Panels_.at(static_cast<std::size_t>(I)));
+    Place.Width = Widths.at(static_cast<std::size_t>(I));
   }
-  if (Index + 1 == static_cast<int>(Panels_.size()))
-    Place.Width = std::max(Place.Width, Bounds().Width - Place.Left - Grip().Width);
+  if (Index == Last)
+    Place.Width = std::max(0, Whole - Place.Left);
   return Place;
+}
+
+std::u16string TStatusBar::ShownHint() const {
+  const auto Last = static_cast<int>(Panels_.size()) - 1;
+  return Shortens_ && PanelBounds(Last).Width < TextWidth(Panels_.back()) ? PanelText(Last)
+                                                                          : Hint();
 }
 
 TSize TStatusBar::Needed(int Width) const {
   static_cast<void>(Width);
   TSize Size{Bounds().Height,
              Look().Measure(u"X", TFontRole::Body).Height + Look().Scale(AirUnits)};
-  // The last panel's width is a wish, its text is not.
-  for (std::size_t I = 0; I < Panels_.size(); ++I) {
-    TColumn Panel = Panels_[I];
-    if (I + 1 == Panels_.size())
-      Panel.Width = 0;
-    Size.Width += PanelWidth(Panel);
-  }
+  // The panels' widths are wishes, their texts are not.
+  for (const TColumn &Panel : Panels_)
+    if (!Shortens_ || &Panel != &Panels_.back())
+      Size.Width += TextWidth(Panel);
   return Size;
 }
 
@@ -81,7 +109,10 @@ void TStatusBar::Paint(TCanvas &Canvas) {
   const int Air = Look().Scale(AirUnits);
   for (int I = 0; I < static_cast<int>(Panels_.size()); ++I) {
     const TRect Place = PanelBounds(I);
-    Canvas.Text({Place.Left + Air, 1, Place.Width - 2 * Air, Place.Height - 1}, PanelText(I), {});
+    TTextStyle Style;
+    Style.Ellipsis = true;
+    Canvas.Text({Place.Left + Air, 1, Place.Width - 2 * Air, Place.Height - 1}, PanelText(I),
+                Style);
     if (I > 0)
       Canvas.Fill({Place.Left, Air / 2, 1, Place.Height - Air}, TColorRole::Border);
   }

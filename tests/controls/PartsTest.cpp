@@ -112,6 +112,26 @@ TEST_F(Parts, AStatusPanelGivesWayToItsText) {
   EXPECT_EQ(Status.PanelBounds(1).Left, Second);
 }
 
+TEST_F(Parts, APanelOfLessWeightTakesWhatTheOthersDoNotNeed) {
+  auto &Status = Window.Find<TStatusBar>(u"Status");
+  Status.SetPanelText(0, u"12 problems found");
+  Status.SetPanelText(1, u"10 problems selected");
+  const int Least = Window.LeastClientSize().Width;
+  const std::u16string Long = u"A remark that is longer than the design leaves room for";
+  Status.AddPanel(Long);
+  EXPECT_EQ(Status.PanelText(2), Long);
+  EXPECT_EQ(Status.PanelBounds(0).Width, 195) << "the nearest one gives way first";
+  EXPECT_LT(Status.PanelBounds(1).Width, 450);
+  EXPECT_GE(Status.PanelBounds(2).Width, Look.Measure(Long, TFontRole::Body).Width);
+  EXPECT_EQ(Status.ShownHint(), u"");
+  const std::u16string Longer(200, u'm');
+  Status.SetPanelText(2, Longer);
+  EXPECT_EQ(Window.LeastClientSize().Width, Least) << "it never makes the form grow";
+  EXPECT_GE(Status.PanelBounds(1).Width, Look.Measure(Status.PanelText(1), TFontRole::Body).Width);
+  EXPECT_LE(Status.PanelBounds(2).Right(), Status.Bounds().Width);
+  EXPECT_EQ(Status.ShownHint(), Longer);
+}
+
 TEST_F(Parts, TheGripResizesTheForm) {
   const auto &Status = Window.Find<TStatusBar>(u"Status");
   POINT Corner{Status.Bounds().Width - 4, Status.Bounds().Height - 4};
