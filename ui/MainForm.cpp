@@ -34,6 +34,8 @@ Tfrm_main::Tfrm_main(TLook &Look, TWorkbench &Bench)
   for (const std::u16string_view Images : {u"Images_small", u"Images_large"})
     FillImages(Find<TImageList>(Images));
   Find<TMenuItem>(u"dxBarButton9").SetChecked(true);
+  if (Bench_.LimitedRights)
+    Status_.AddPanel(Bench_.Text(LanguageText(u"LimitedRights")));
 }
 
 std::vector<TNamedHandler> Tfrm_main::Handlers() {

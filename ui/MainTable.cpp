@@ -1,5 +1,7 @@
 #include "ui/MainTable.h"
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 
 #include "engine/Areas.h"
@@ -18,6 +20,10 @@ constexpr TAnchors BottomEdge{.Top = false, .Right = true, .Bottom = true};
 
 constexpr std::u16string_view SmallImages = u"Images_small";
 constexpr std::u16string_view LargeImages = u"Images_large";
+
+void Append(TFormTable &Table, std::vector<TComponentRow> Rows) {
+  std::move(Rows.begin(), Rows.end(), std::back_inserter(Table.Rows));
+}
 
 // ---- menus and the tool bar ----------------------------------------------------------
 
@@ -120,7 +126,7 @@ void AddMenus(TFormTable &Table) {
 
 void AddBar(TFormTable &Table) {
   Table.Rows.push_back(
-      {.Name = u"Bar_main", .Kind = TKind::ToolBar, .Place = {0, 0, 760, 60}, .Anchors = Across});
+      {.Name = u"Bar_main", .Kind = TKind::ToolBar, .Place = {0, 0, 760, 62}, .Anchors = Across});
   for (const TEntryRow &Entry : BarEntries)
     AddEntry(Table, Entry, LargeImages);
 }
@@ -129,7 +135,7 @@ void AddBar(TFormTable &Table) {
 
 // One family: an entry, its icon, its caption, its count.
 void AddCategory(TFormTable &Table, int Category) {
-  constexpr int Pitch = 23;
+  constexpr int Pitch = 22;
   const std::u16string Entry = NameOf(u"ImageNote_", Category);
   const std::vector<TBinding> On{{TEvent::Click, u"ImageNote_1Click"}};
   Table.Rows.push_back({.Name = Entry,
@@ -164,7 +170,7 @@ void AddCategory(TFormTable &Table, int Category) {
 void AddPane(TFormTable &Table) {
   Table.Rows.push_back({.Name = u"Panel_categories",
                         .Kind = TKind::Panel,
-                        .Place = {0, 60, 200, 426},
+                        .Place = {0, 62, 200, 408},
                         .Anchors = LeftEdge,
                         .Ground = TColorRole::Pane});
   for (int Category = SummaryCategory; Category <= CategoryCount; ++Category)
@@ -173,111 +179,122 @@ void AddPane(TFormTable &Table) {
 
 // ---- the details area -------------------------------------------------------------------
 
-// Three lines of a caption and its text: of the summary, or of a problem.
-void AddLine(TFormTable &Table, std::u16string_view Parent, const TRect &Place, int ValueLeft,
-             std::u16string_view CaptionName, std::u16string_view Caption,
-             std::u16string_view ValueName) {
-  Table.Rows.push_back({.Name = std::u16string(CaptionName),
-                        .Place = {Place.Left, Place.Top, ValueLeft - Place.Left - 6, Place.Height},
-                        .Caption = std::u16string(Caption),
-                        .Parent = std::u16string(Parent),
+const std::u16string Details = u"Panel_details", Summary = u"Panel_summary";
+
+// What stands on the area itself, and the ground of the summary's lines.
+std::vector<TComponentRow> DetailRows() {
+  return {
+      {.Name = Details, .Kind = TKind::Panel, .Place = {200, 62, 560, 134}, .Anchors = Across},
+      {.Name = u"Lab_reg",
+       .Place = {22, 8, 440, 24},
+       .Parent = Details,
+       .Anchors = Across,
+       .Font = TFontRole::Title,
+       .Color = TColorRole::Heading,
+       .Ellipsis = true},
+      {.Name = u"Lab_count",
+       .Place = {470, 8, 68, 24},
+       .Parent = Details,
+       .Anchors = RightEdge,
+       .Font = TFontRole::Title,
+       .Color = TColorRole::QuietText,
+       .Align = TAlign::Right},
+      {.Name = u"Lab_welcome",
+       .Place = {22, 34, 516, 16},
+       .Caption = u"Click \"Scan\" in the menu bar to search the registry for problems.",
+       .Parent = Details,
+       .Anchors = Across,
+       .Wrapped = true},
+      {.Name = u"Lab_ms",
+       .Place = DescriptionPlace,
+       .Parent = Details,
+       .On = {{TEvent::Click, u"Lab_msClick"}},
+       .Anchors = Across,
+       .Color = TColorRole::Heading,
+       .Wrapped = true},
+      {.Name = Summary,
+       .Kind = TKind::Panel,
+       .Place = {22, 55, 516, 64},
+       .Parent = Details,
+       .Anchors = Across},
+  };
+}
+
+// A caption, and the text that belongs to it.
+struct TLineRow {
+  const std::u16string &Parent;
+  int Left;
+  int Top;
+  int TextLeft;
+  const char16_t *CaptionName;
+  const char16_t *Caption;
+  const char16_t *TextName; // null: the label that can be a link
+};
+
+const TLineRow Lines[] = {
+    {Details, 22, 56, LinkPlace.Left, u"Lab_valuecaption", u"Value:", u"Lab_value"},
+    {Details, 22, 76, LinkPlace.Left, u"Lab_datacaption", u"Data:", u"Lab_data"},
+    {Details, 22, 96, LinkPlace.Left, u"Lab_pathcaption", u"Path:", nullptr},
+    {Summary, 0, 1, 130, u"Lab_scan", u"Last scan:", u"Lab_scanvalue"},
+    {Summary, 0, 21, 130, u"Lab_clean", u"Last fix time:", u"Lab_lastvlaue"},
+    {Summary, 0, 41, 130, u"Lab_correct", u"Fixed problems:", u"Lab_totalvalue"},
+};
+
+void AddLine(TFormTable &Table, const TLineRow &Line) {
+  constexpr int Height = 16, Gap = 6, Width = 516;
+  Table.Rows.push_back({.Name = Line.CaptionName,
+                        .Place = {Line.Left, Line.Top, Line.TextLeft - Line.Left - Gap, Height},
+                        .Caption = Line.Caption,
+                        .Parent = Line.Parent,
                         .Color = TColorRole::QuietText});
-  if (!ValueName.empty())
-    Table.Rows.push_back({.Name = std::u16string(ValueName),
-                          .Place = {ValueLeft, Place.Top, Place.Right() - ValueLeft, Place.Height},
-                          .Parent = std::u16string(Parent),
-                          .Anchors = Across,
-                          .Ellipsis = true});
+  if (Line.TextName)
+    Table.Rows.push_back(
+        {.Name = Line.TextName,
+         .Place = {Line.TextLeft, Line.Top, Line.Left + Width - Line.TextLeft, Height},
+         .Parent = Line.Parent,
+         .Anchors = Across,
+         .Ellipsis = true});
 }
 
 void AddDetails(TFormTable &Table) {
-  constexpr std::u16string_view Details = u"Panel_details", Summary = u"Panel_summary";
-  Table.Rows.insert(Table.Rows.end(), {
-                                          {.Name = std::u16string(Details),
-                                           .Kind = TKind::Panel,
-                                           .Place = {200, 60, 560, 134},
-                                           .Anchors = Across},
-                                          {.Name = u"Lab_reg",
-                                           .Place = {22, 8, 440, 24},
-                                           .Parent = std::u16string(Details),
-                                           .Anchors = Across,
-                                           .Font = TFontRole::Title,
-                                           .Color = TColorRole::Heading,
-                                           .Ellipsis = true},
-                                          {.Name = u"Lab_count",
-                                           .Place = {470, 8, 68, 24},
-                                           .Parent = std::u16string(Details),
-                                           .Anchors = RightEdge,
-                                           .Font = TFontRole::Title,
-                                           .Color = TColorRole::QuietText,
-                                           .Align = TAlign::Right},
-                                          {.Name = u"Lab_welcome",
-                                           .Place = {22, 34, 516, 16},
-                                           .Caption = u"Click \"Scan\" in the menu bar to search "
-                                                      u"the registry for problems.",
-                                           .Parent = std::u16string(Details),
-                                           .Anchors = Across,
-                                           .Color = TColorRole::QuietText,
-                                           .Wrapped = true},
-                                          {.Name = u"Lab_ms",
-                                           .Place = DescriptionPlace,
-                                           .Parent = std::u16string(Details),
-                                           .On = {{TEvent::Click, u"Lab_msClick"}},
-                                           .Anchors = Across,
-                                           .Color = TColorRole::Heading,
-                                           .Wrapped = true},
-                                          {.Name = std::u16string(Summary),
-                                           .Kind = TKind::Panel,
-                                           .Place = {22, 55, 516, 64},
-                                           .Parent = std::u16string(Details),
-                                           .Anchors = Across},
-                                      });
-  AddLine(Table, Details, {22, 56, 516, 16}, LinkPlace.Left, u"Lab_valuecaption", u"Value:",
-          u"Lab_value");
-  AddLine(Table, Details, {22, 76, 516, 16}, LinkPlace.Left, u"Lab_datacaption", u"Data:",
-          u"Lab_data");
-  AddLine(Table, Details, {22, 96, 516, 16}, LinkPlace.Left, u"Lab_pathcaption", u"Path:", {});
-  AddLine(Table, Summary, {0, 1, 516, 16}, 130, u"Lab_scan", u"Last scan:", u"Lab_scanvalue");
-  AddLine(Table, Summary, {0, 21, 516, 16}, 130, u"Lab_clean", u"Last fix time:", u"Lab_lastvlaue");
-  AddLine(Table, Summary, {0, 41, 516, 16}, 130, u"Lab_correct", u"Fixed problems:",
-          u"Lab_totalvalue");
+  Append(Table, DetailRows());
+  for (const TLineRow &Line : Lines)
+    AddLine(Table, Line);
 }
 
 // ---- the list, and what is below ---------------------------------------------------------
 
-void AddList(TFormTable &Table) {
-  Table.Rows.insert(
-      Table.Rows.end(),
-      {
-          {.Name = u"CheckBox_selectall",
-           .Kind = TKind::CheckBox,
-           .Place = {222, 198, 120, 18},
-           .Caption = u"Select All",
-           .On = {{TEvent::MouseUp, u"CheckBox_selectallMouseUp"}}},
-          {.Name = u"Lv_problems",
-           .Kind = TKind::ListView,
-           .Place = {212, 220, 536, 256},
-           .On = {{TEvent::Data, u"Lv_problemsData"},
-                  {TEvent::Click, u"Lv_problemsClick"},
-                  {TEvent::ColumnClick, u"Lv_problemsColumnClick"},
-                  {TEvent::RowLook, u"Lv_problemsCustomDrawItem"}},
-           .Anchors = All,
-           .Checks = true,
-           .Virtual = true,
-           .Columns = {{u"      Type", 150}, {u"Risk Level", 100}, {u"Registry key", 380}},
-           .Images = std::u16string(SmallImages),
-           .Popup = u"PopupMenu1"},
-          {.Name = u"dxStatusBar1",
-           .Kind = TKind::StatusBar,
-           .Place = {0, 486, 760, 24},
-           .Anchors = BottomEdge,
-           .Columns = {{u"", 195}, {u"", 450}}},
-          {.Name = u"Timer1",
-           .Kind = TKind::Timer,
-           .On = {{TEvent::Timer, u"Timer1Timer"}},
-           .Enabled = false,
-           .Interval = 200},
-      });
+std::vector<TComponentRow> ListRows() {
+  return {
+      {.Name = u"CheckBox_selectall",
+       .Kind = TKind::CheckBox,
+       .Place = {222, 198, 120, 18},
+       .Caption = u"Select All",
+       .On = {{TEvent::MouseUp, u"CheckBox_selectallMouseUp"}}},
+      {.Name = u"Lv_problems",
+       .Kind = TKind::ListView,
+       .Place = {222, 222, 516, 238},
+       .On = {{TEvent::Data, u"Lv_problemsData"},
+              {TEvent::Click, u"Lv_problemsClick"},
+              {TEvent::ColumnClick, u"Lv_problemsColumnClick"},
+              {TEvent::RowLook, u"Lv_problemsCustomDrawItem"}},
+       .Anchors = All,
+       .Checks = true,
+       .Virtual = true,
+       .Columns = {{u"      Type", 150}, {u"Risk Level", 100}, {u"Registry key", 380}},
+       .Images = std::u16string(SmallImages),
+       .Popup = u"PopupMenu1"},
+      {.Name = u"dxStatusBar1",
+       .Kind = TKind::StatusBar,
+       .Place = {0, 470, 760, 24},
+       .Anchors = BottomEdge,
+       .Columns = {{u"", 195}, {u"", 450}}},
+      {.Name = u"Timer1",
+       .Kind = TKind::Timer,
+       .On = {{TEvent::Timer, u"Timer1Timer"}},
+       .Enabled = false,
+       .Interval = 200},
+  };
 }
 
 } // namespace
@@ -289,7 +306,7 @@ std::u16string NameOf(std::u16string_view Family, int Category) {
 TFormTable MainTable() {
   TFormTable Table{.Name = u"frm_main",
                    .Caption = u"Hivesweep",
-                   .Size = {760, 510}, // on a screen of 800 by 600 with the task bar
+                   .Size = {760, 494}, // on a screen of 800 by 600 with the task bar
                    .Start = TSize{900, 620},
                    .Resizable = true,
                    .Dialog = false,
@@ -302,7 +319,7 @@ TFormTable MainTable() {
   AddBar(Table);
   AddPane(Table);
   AddDetails(Table);
-  AddList(Table);
+  Append(Table, ListRows());
   return Table;
 }
 
