@@ -308,6 +308,8 @@ void Tfrm_check::ShowFound() {
                  [this](std::u16string_view Key) { return Bench_.Engine.IsIgnored(Key); });
   Clean_->RecordStatistics(Count, true);
   Status_.SetText(Bench_.Text(LanguageText(u"Scanfinish")));
+  if (!StopWanted_)
+    Progress_.Set(0, 1, 1); // where areas were left out, the work was estimated too high
 }
 
 TAnswer Tfrm_check::Receive(const TMessage &Message) {

@@ -12,6 +12,7 @@
 
 #include "controls/Form.h"
 #include "controls/MessageLoop.h"
+#include "platform/Text.h"
 #include "repair/AppFrame.h"
 #include "ui/MainView.h"
 #include "ui/Workbench.h"
@@ -53,6 +54,52 @@ inline TPlatform InLanguage(TPlatform Platform, std::u16string_view Language) {
   return Platform;
 }
 
+// Handles messages as the program does, and lets a test have its turn before.
+class TWatchedMessages final : public TMessages {
+public:
+  explicit TWatchedMessages(std::function<void()> &OnPump) : OnPump_(OnPump) {}
+  void Pump() override {
+    if (OnPump_ && !std::exchange(InTurn_, true)) {
+      OnPump_();
+      InTurn_ = false;
+    }
+    Inner_->Pump();
+  }
+  void Post(TWindowHandle Window, std::uint32_t Message, std::uintptr_t WParam,
+            std::intptr_t LParam) override {
+    Inner_->Post(Window, Message, WParam, LParam);
+  }
+
+private:
+  std::unique_ptr<TMessages> Inner_ = MakeWindowMessages();
+  std::function<void()> &OnPump_;
+  bool InTurn_ = false;
+};
+
+// OnPump may be set and changed later, and outlives the platform.
+inline TPlatform WatchedPlatform(std::function<void()> &OnPump) {
+  TPlatform Platform = WindowPlatform();
+  Platform.Messages = std::make_unique<TWatchedMessages>(OnPump);
+  return Platform;
+}
+
+// The same machine, on which the program lies where it is shipped from, beside its
+// language files.
+inline TPlatform ShippedPlatform() {
+  struct TShippedFolders final : TFolders {
+    std::u16string Special(TSpecialFolder Folder) override { return Real->Special(Folder); }
+    std::u16string Windows() override { return Real->Windows(); }
+    std::u16string Temp() override { return Real->Temp(); }
+    std::u16string Program() override { return SHIPPED_FOLDER; }
+    std::unique_ptr<TFolders> Real;
+  };
+  TPlatform Platform = WindowPlatform();
+  auto Folders = std::make_unique<TShippedFolders>();
+  Folders->Real = std::exchange(Platform.Folders, nullptr);
+  Platform.Folders = std::move(Folders);
+  return Platform;
+}
+
 struct TTestBench : TWorkbench {
   explicit TTestBench(std::span<const TScannerRow> Scanners = {}, TPlatform Own = WindowPlatform())
       : TWorkbench(std::move(Own), Scanners) {}
@@ -70,6 +117,83 @@ struct TTestBench : TWorkbench {
     Item.ImageIndex = ToDecimal(static_cast<unsigned>(Area));
     return Item;
   }
+};
+
+// The user's data folder, which holds no files when a test begins and ends.
+class TTestData {
+public:
+  explicit TTestData(TPlatform &Platform)
+      : Paths(DataPathsOf(TAppFrame(*Platform.Folders))), Storage_(*Platform.Storage) {
+    Clear();
+    Storage_.CreateFolder(Paths.BackupFolderPath);
+  }
+  TTestData(const TTestData &) = delete;
+  TTestData &operator=(const TTestData &) = delete;
+  ~TTestData() { Clear(); }
+
+  // The names of the files in the folder of backups.
+  std::vector<std::u16string> Backups() {
+    std::vector<TStoredFile> Files;
+    Storage_.List(Paths.BackupFolderPath, Files);
+    std::vector<std::u16string> Names;
+    for (const TStoredFile &File : Files)
+      Names.push_back(File.Name);
+    return Names;
+  }
+
+  const TDataPaths Paths;
+
+private:
+  void Clear() {
+    for (const std::u16string &File : {Paths.MainIniPath, Paths.IgnoreIniPath})
+      Storage_.Remove(File);
+    for (const std::u16string &Folder : {Paths.BackupFolderPath, Paths.UndoFolderPath}) {
+      std::vector<TStoredFile> Files;
+      Storage_.List(Folder, Files);
+      for (const TStoredFile &File : Files)
+        Storage_.Remove(Folder + File.Name);
+    }
+  }
+
+  TStorage &Storage_;
+};
+
+// Some keys of the real registry, which are gone when a test begins and ends.
+class TTestCorner {
+public:
+  explicit TTestCorner(TRegistryHost &Host) : Host_(Host) { Clear(); }
+  TTestCorner(const TTestCorner &) = delete;
+  TTestCorner &operator=(const TTestCorner &) = delete;
+  ~TTestCorner() { Clear(); }
+
+  static std::u16string KeyPath(std::u16string_view Below) {
+    return u"HKEY_CURRENT_USER\\" + Path(Below);
+  }
+  void SetText(std::u16string_view Below, std::u16string_view Name, std::u16string_view Text) {
+    const TRegOpened Root = Host_.Open(TRegRoot::CurrentUser, u"", TRegAccess::Full);
+    std::u16string Stored(Text);
+    Stored.push_back(u'\0');
+    Root.Key->Create(Path(Below))
+        .Key->SetValue(Name, TRegType::String, std::as_bytes(std::span(Stored)));
+  }
+  // Empty when there is no such value.
+  std::u16string Text(std::u16string_view Below, std::u16string_view Name) {
+    TRegValue Value;
+    if (const TRegOpened Key = Host_.Open(TRegRoot::CurrentUser, Path(Below)); Key.Key)
+      Key.Key->Read(Name, Value);
+    return std::u16string(UpToZero(Value.Data().Text()));
+  }
+
+private:
+  static std::u16string Path(std::u16string_view Below) {
+    return u"Software\\Hivesweep window test\\" + std::u16string(Below);
+  }
+  void Clear() {
+    const TRegOpened Root = Host_.Open(TRegRoot::CurrentUser, u"Software", TRegAccess::Full);
+    Root.Key->DeleteTree(u"Hivesweep window test");
+  }
+
+  TRegistryHost &Host_;
 };
 
 // A main window that only remembers what dialogs do to it.
