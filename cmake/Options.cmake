@@ -2,6 +2,9 @@
 
 option(HIVESWEEP_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 set(HIVESWEEP_TIDY "" CACHE STRING "clang-tidy command to run over our own sources, as a list")
+# Where "Help" and "Home page" lead. A name is that of a file beside the program.
+set(HIVESWEEP_MANUAL_PAGE "Manual.html" CACHE STRING "Address or file name of the manual")
+set(HIVESWEEP_HOME_PAGE "" CACHE STRING "Address of the home page; empty: the manual")
 
 set(HIVESWEEP_WINDOWS ${WIN32})
 

@@ -3,6 +3,7 @@
 #
 #   hivesweep_library(NAME SOURCES file... [USES target...])
 #   hivesweep_program(NAME SOURCES file... [USES target...] [WINDOW])
+#   hivesweep_dll(NAME DESCRIPTION text SOURCES file... [USES target...])
 #   hivesweep_test(NAME SOURCES file... [USES target...]
 #                  [WINDOWS_ONLY | NATIVE_ONLY] [DISPLAY] [SAMPLE] [TIMEOUT seconds])
 #   hivesweep_tool(NAME SOURCES file... [USES target...])
@@ -55,20 +56,37 @@ function(hivesweep_program name)
   _hivesweep_target(${name} PRIVATE ${_USES})
   target_compile_definitions(${name} PRIVATE "HIVESWEEP_VERSION=\"${PROJECT_VERSION}\"")
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
-  if(NOT HIVESWEEP_WINDOWS)
-    return()
+  if(HIVESWEEP_WINDOWS)
+    set(path ${CMAKE_SOURCE_DIR}/cmake/${HIVESWEEP_MANIFEST}.manifest)
+    _hivesweep_shipped(${name} exe 1 "1 24 \"${path}\"" "${PROJECT_DESCRIPTION}")
+    set_property(SOURCE ${CMAKE_CURRENT_BINARY_DIR}/${name}.rc PROPERTY OBJECT_DEPENDS ${path})
   endif()
+endfunction()
 
-  set(HIVESWEEP_PROGRAM ${name})
-  set(resource ${CMAKE_CURRENT_BINARY_DIR}/${name}.rc)
+# A library of Windows that is shipped beside the programs, under its bare name, with a
+# version resource. What the sources export has C linkage and the C calling convention: so
+# the exports have no decoration.
+function(hivesweep_dll name)
+  _hivesweep_arguments(hivesweep_dll "" "DESCRIPTION")
+  add_library(${name} SHARED ${_SOURCES})
+  _hivesweep_target(${name} PRIVATE ${_USES})
+  set_target_properties(${name} PROPERTIES
+                        PREFIX "" RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+  _hivesweep_shipped(${name} dll 2 "" "${_DESCRIPTION}")
+endfunction()
+
+# What every shipped file of Windows has. FILETYPE is the number of its kind in the version
+# resource, MANIFEST the line of the resource script for one.
+function(_hivesweep_shipped HIVESWEEP_NAME HIVESWEEP_SUFFIX HIVESWEEP_FILETYPE HIVESWEEP_MANIFEST
+         HIVESWEEP_DESCRIPTION)
+  set(resource ${CMAKE_CURRENT_BINARY_DIR}/${HIVESWEEP_NAME}.rc)
   configure_file(${CMAKE_SOURCE_DIR}/cmake/program.rc.in ${resource} @ONLY)
-  target_sources(${name} PRIVATE ${resource})
-  set_property(SOURCE ${resource} PROPERTY OBJECT_DEPENDS ${CMAKE_SOURCE_DIR}/cmake/${HIVESWEEP_MANIFEST}.manifest)
-  target_link_options(${name} PRIVATE -s)
+  target_sources(${HIVESWEEP_NAME} PRIVATE ${resource})
+  target_link_options(${HIVESWEEP_NAME} PRIVATE -s)
   if(CMAKE_SIZEOF_VOID_P EQUAL 4)
-    add_test(NAME imports-${name}
+    add_test(NAME imports-${HIVESWEEP_NAME}
              COMMAND ${CMAKE_SOURCE_DIR}/rig/check_imports.sh
-                     ${CMAKE_SOURCE_DIR}/rig/imports-w2k.txt $<TARGET_FILE:${name}>)
+                     ${CMAKE_SOURCE_DIR}/rig/imports-w2k.txt $<TARGET_FILE:${HIVESWEEP_NAME}>)
   endif()
 endfunction()
 

@@ -8,3 +8,4 @@ set(CMAKE_CXX_FLAGS_INIT "-march=i586 -mtune=generic -D_WIN32_WINNT=0x0500 -DWIN
 # that the program has a table of safe exception handlers.
 set(CMAKE_EXE_LINKER_FLAGS_INIT
     "-Wl,--major-os-version,5,--minor-os-version,0,--major-subsystem-version,5,--minor-subsystem-version,0,--no-seh")
+set(CMAKE_SHARED_LINKER_FLAGS_INIT "${CMAKE_EXE_LINKER_FLAGS_INIT}")

@@ -45,18 +45,37 @@ void MakeAppWindow() {
                               nullptr, nullptr, Class.hInstance, nullptr);
 }
 
+BOOL CALLBACK FindUsable(HWND Window, LPARAM Found) {
+  if (!IsWindowVisible(Window) || !IsWindowEnabled(Window) ||
+      GetAncestor(Window, GA_ROOTOWNER) != MainWindow)
+    return TRUE;
+  *reinterpret_cast<HWND *>(Found) = Window;
+  return FALSE;
+}
+
+// The window that the user can go on with: a dialog that is open over the main window has
+// it disabled.
+HWND UsableWindow() {
+  HWND Last = GetLastActivePopup(MainWindow);
+  // Another program may have activated the disabled window itself.
+  if (!IsWindowEnabled(Last))
+    EnumThreadWindows(GetCurrentThreadId(), FindUsable, reinterpret_cast<LPARAM>(&Last));
+  return Last;
+}
+
 void Activate() {
   if (!MainWindow) {
     ActivationWaits = true;
     return;
   }
+  // What comes now activates the main window, whose last popup then is itself.
+  const HWND Usable = UsableWindow();
   if (IsIconic(MainWindow))
     ShowWindow(MainWindow, SW_RESTORE);
   // The application's visible window: a hidden one would keep the keyboard if the other
   // could not be brought to the front.
   SetForegroundWindow(MainWindow);
-  // A dialog that is open over the main window has it disabled.
-  ForceForeground(GetLastActivePopup(MainWindow));
+  ForceForeground(Usable);
 }
 
 LRESULT CALLBACK AppWndProc(HWND Window, UINT Message, WPARAM WParam, LPARAM LParam) {
