@@ -27,25 +27,6 @@ private:
   std::u16string Program_;
 };
 
-// Notes what it is to open, and has nothing that opens it.
-class TNotingShell final : public TShell {
-public:
-  explicit TNotingShell(std::u16string &Opened) : Opened_(Opened) {}
-  bool Open(std::u16string_view Target, std::u16string_view) override {
-    Opened_ = Target;
-    return false;
-  }
-  std::unique_ptr<TProcess> Start(std::u16string_view, std::u16string_view) override {
-    return nullptr;
-  }
-  std::optional<std::u16string> ShortcutTarget(std::u16string_view) override {
-    return std::nullopt;
-  }
-
-private:
-  std::u16string &Opened_;
-};
-
 std::u16string Shipped() {
   std::u16string Folder = SHIPPED_FOLDER;
   for (char16_t &Unit : Folder)
@@ -155,13 +136,63 @@ TEST_F(TInfopaneTest, WithoutTheLibraryTheHomePageIsTheManualAndAMissingOneIsTol
   }
 }
 
-TEST_F(TInfopaneTest, ManualIsTheFileBesideTheProgram) {
+// While it lives, pages of the web are opened by copying them, so that it can be seen
+// which one it was.
+class TPageCopier {
+public:
+  explicit TPageCopier(TPlatform &Platform)
+      : Platform_(Platform), Copy_(Platform.Folders->Temp() + u"opened.html") {
+    EXPECT_TRUE(Platform.Storage->Remove(Copy_).empty());
+    const std::unique_ptr<TRegKey> Classes = Root();
+    const TRegOpened Extension = Classes->Create(u".html");
+    Extension.Key->Read(u"", Before_);
+    Set(*Extension.Key, u"HivesweepTestPage");
+    Set(*Classes->Create(u"HivesweepTestPage\\shell\\open\\command").Key,
+        u"cmd.exe /c copy \"%1\" \"" + Copy_ + u"\"");
+  }
+  TPageCopier(const TPageCopier &) = delete;
+  TPageCopier &operator=(const TPageCopier &) = delete;
+  ~TPageCopier() {
+    const std::unique_ptr<TRegKey> Classes = Root();
+    Classes->DeleteTree(u"HivesweepTestPage");
+    if (Before_.Data().Type() == TRegType::None)
+      Classes->DeleteTree(u".html");
+    else
+      Classes->Create(u".html").Key->SetValue(u"", Before_.Data().Type(), Before_.Data().Bytes());
+  }
+
+  // The page that is opened meanwhile has these bytes.
+  bool Opens(const std::string &Bytes) const {
+    return WaitUntil([&] {
+      std::string Copied;
+      return Platform_.Storage->Read(Copy_, Copied).empty() && Copied == Bytes;
+    });
+  }
+
+private:
+  std::unique_ptr<TRegKey> Root() const {
+    return Platform_.Registry->Open(TRegRoot::ClassesRoot, u"", TRegAccess::Full).Key;
+  }
+  static void Set(TRegKey &Key, const std::u16string &Text) {
+    EXPECT_EQ(Key.SetValue(u"", TRegType::String,
+                           std::as_bytes(std::span(Text.c_str(), Text.size() + 1))),
+              TRegStatus::Ok);
+  }
+
+  TPlatform &Platform_;
+  const std::u16string Copy_;
+  TRegValue Before_;
+};
+
+TEST_F(TInfopaneTest, HomePageAndManualAreThePageThatIsShipped) {
   PlaceProgramIn(Shipped());
-  std::u16string Opened;
-  Bench_.Platform.Shell = std::make_unique<TNotingShell>(Opened);
-  const TBoxAnswer Answer(IDOK);
-  OpenManual(Above_, Bench_);
-  EXPECT_EQ(Bench_.Platform.Files->Look(Opened), TPathState::File) << ToUtf8(Opened);
+  std::string Page;
+  ASSERT_TRUE(Bench_.Platform.Storage->Read(Shipped() + u"Manual.html", Page).empty());
+  for (const auto Command : {NavigateToHomePage, OpenManual}) {
+    const TPageCopier Copier(Bench_.Platform);
+    Command(Above_, Bench_);
+    EXPECT_TRUE(Copier.Opens(Page));
+  }
 }
 
 } // namespace
