@@ -34,12 +34,12 @@ std::int32_t Scripted(TScanRegistry &Engine, TStatusLabel &StatusLabel, TProgres
   if (Engine.Stopped)
     return 0;
   ++Script.Runs[Area];
-  Engine.ShowStatus(StatusLabel, TLabel::Font);
+  Engine.ShowStatus(StatusLabel, TProblemType::Font);
   ProgressBar.Advance();
   Engine.Pump();
   const int Count = Script.Finds[Area];
   for (int Number = 1; Number <= Count; ++Number)
-    Engine.Report(Group, {.Label = TLabel::Font,
+    Engine.Report(Group, {.Label = TProblemType::Font,
                           .Area = Area,
                           .KeyPath = TTestCorner::KeyPath(ToDecimal(static_cast<unsigned>(Number))),
                           .ValueName = std::u16string(WholeKey),
@@ -109,7 +109,7 @@ TEST_F(CheckForm, ShowsTheAreasWithTheirSwitchesAndTheirCaptions) {
 }
 
 TEST_F(CheckForm, SpeaksTheUsersLanguage) {
-  TTestBench Shipped({}, ShippedPlatform());
+  TTestBench Shipped({}, WindowPlatform(SHIPPED_FOLDER));
   Shipped.Language.SetLanguage(u"German");
   Shipped.SelectedCount = 3;
   for (const TDialogMode Mode : {TDialogMode::Scan, TDialogMode::Fix}) {

@@ -12,21 +12,6 @@
 namespace hivesweep {
 namespace {
 
-// The program lies in a folder of the test's choice.
-class TFoldersWithProgram final : public TFolders {
-public:
-  TFoldersWithProgram(std::unique_ptr<TFolders> Real, std::u16string_view Program)
-      : Real_(std::move(Real)), Program_(Program) {}
-  std::u16string Special(TSpecialFolder Folder) override { return Real_->Special(Folder); }
-  std::u16string Windows() override { return Real_->Windows(); }
-  std::u16string Temp() override { return Real_->Temp(); }
-  std::u16string Program() override { return Program_; }
-
-private:
-  std::unique_ptr<TFolders> Real_;
-  std::u16string Program_;
-};
-
 std::u16string Shipped() {
   std::u16string Folder = SHIPPED_FOLDER;
   for (char16_t &Unit : Folder)
@@ -39,8 +24,8 @@ protected:
   TInfopaneTest() { Above_.Show(); }
 
   void PlaceProgramIn(std::u16string_view Folder) {
-    Bench_.Platform.Folders =
-        std::make_unique<TFoldersWithProgram>(std::move(Bench_.Platform.Folders), Folder);
+    Bench_.Platform.Folders = std::make_unique<TFoldersWithProgram>(
+        std::move(Bench_.Platform.Folders), std::u16string(Folder));
   }
 
   TTestBench Bench_;

@@ -17,7 +17,7 @@ void SavePicture(const TForm &Form, const std::u16string &Path) {
   Info.biWidth = Place.right - Place.left;
   Info.biHeight = Place.bottom - Place.top;
   Info.biPlanes = 1;
-  Info.biBitCount = 32;
+  Info.biBitCount = 24;
 
   const HDC Screen = GetDC(nullptr);
   const HDC Memory = CreateCompatibleDC(Screen);
@@ -27,10 +27,12 @@ void SavePicture(const TForm &Form, const std::u16string &Path) {
   const HGDIOBJ Before = SelectObject(Memory, Picture);
   const bool Copied = BitBlt(Memory, 0, 0, Info.biWidth, Info.biHeight, Screen, Place.left,
                              Place.top, SRCCOPY) != 0;
-  const std::size_t Size = static_cast<std::size_t>(Info.biWidth * Info.biHeight) * 4;
+  const LONG Line = (Info.biWidth * 3 + 3) & ~3; // a line ends on a whole word
+  const auto Size = static_cast<std::size_t>(Line * Info.biHeight);
   BITMAPFILEHEADER File{};
   File.bfType = 0x4D42; // "BM"
   File.bfOffBits = sizeof File + sizeof Info;
+  File.bfSize = File.bfOffBits + static_cast<DWORD>(Size);
   std::string Bytes(reinterpret_cast<const char *>(&File), sizeof File);
   Bytes.append(reinterpret_cast<const char *>(&Info), sizeof Info);
   if (Pixels)

@@ -1,6 +1,7 @@
 // shots.exe LANGUAGE FOLDER PROGRAM_FOLDER: takes a picture of every form in every state,
 // as the user of a machine with the sample's leftovers would see it. Writes them as
 // FOLDER\NAME.bmp. Folders end in a slash.
+#include <array>
 #include <cstdio>
 #include <exception>
 #include <functional>
@@ -21,52 +22,26 @@
 namespace hivesweep {
 namespace {
 
-// The windows' messages; something else can happen once, so many of them later.
-class TCountedMessages final : public TMessages {
-public:
-  void Pump() override {
-    System_->Pump();
-    if (Left_ > 0 && --Left_ == 0)
-      Then_();
-  }
-  void Post(TWindowHandle Window, std::uint32_t Message, std::uintptr_t WParam,
-            std::intptr_t LParam) override {
-    System_->Post(Window, Message, WParam, LParam);
-  }
-  void After(int Calls, std::function<void()> Then) {
-    Left_ = Calls;
-    Then_ = std::move(Then);
-  }
-
-private:
-  const std::unique_ptr<TMessages> System_ = MakeWindowMessages();
-  int Left_ = 0;
-  std::function<void()> Then_;
-};
-
-TPlatform CountedPlatform(const std::u16string &Program) {
-  TPlatform Platform = WindowPlatform(Program);
-  Platform.Messages = std::make_unique<TCountedMessages>();
-  return Platform;
-}
-
 class TShots {
 public:
   TShots(const std::u16string &Language, std::u16string Folder, const std::u16string &Program)
       : Folder_(std::move(Folder)),
-        Bench_(InLanguage(CountedPlatform(Program), Language), ScannerTable()) {}
+        Bench_(InLanguage(WatchedPlatform(OnPump_, Program), Language), ScannerTable()) {}
 
   void TakeAll() {
     Main_.Show();
     Shot(u"01-start", Main_);
-    ScanAndFix(TDialogMode::Scan, u"scan", 3'000);
+    ScanAndFix(TDialogMode::Scan, {u"02-scan", u"03-scanning", u"04-scanned"},
+               [this] { return Bench_.Engine.CurrentArea() == 9; });
     Shot(u"05-results", Main_);
     Press(Main_.Find<TControl>(u"ImageNote_2"));
     Shot(u"06-category", Main_);
     PressRow(1);
     Shot(u"07-details", Main_);
     Ignore();
-    ScanAndFix(TDialogMode::Fix, u"fix", 5);
+    const std::int32_t Found = Bench_.Problems.TotalCount();
+    ScanAndFix(TDialogMode::Fix, {u"09-fix", u"10-fixing", u"11-fixed"},
+               [this, Found] { return Bench_.Problems.TotalCount() < Found - 20; });
     Shot(u"12-after-fix", Main_);
     Restore();
   }
@@ -83,19 +58,23 @@ private:
     PressAt(List, {Place.Left + Place.Width / 2, Place.Top + Place.Height / 2});
   }
 
-  // During: how many messages later the picture of the run is taken.
-  void ScanAndFix(TDialogMode Mode, const std::u16string &Name, int During) {
+  // Names: of the dialog before, in the middle of (as soon as During says so) and after a run.
+  void ScanAndFix(TDialogMode Mode, const std::array<std::u16string_view, 3> &Names,
+                  const std::function<bool()> &During) {
     Bench_.DialogMode = Mode;
     Bench_.SelectedCount = Bench_.Problems.CheckedCount();
     Tfrm_check Check(Main_, Bench_, Main_);
     Check.Show();
-    const std::u16string First = Mode == TDialogMode::Scan ? u"02-" : u"09-";
-    const std::u16string Second = Mode == TDialogMode::Scan ? u"03-" : u"10-";
-    const std::u16string Third = Mode == TDialogMode::Scan ? u"04-" : u"11-";
-    Shot(First + Name, Check);
-    Messages_.After(During, [&] { Shot(Second + Name + u"-running", Check); });
+    Shot(Names[0], Check);
+    OnPump_ = [&, Taken = false]() mutable {
+      if (!Taken && Check.Find<TControl>(u"ImageProgress_1").Visible() && During()) {
+        Taken = true;
+        Shot(Names[1], Check);
+      }
+    };
     Press(Check.Find<TControl>(u"bt_scan"));
-    Shot(Third + Name + u"-done", Check);
+    OnPump_ = nullptr;
+    Shot(Names[2], Check);
     Check.Close();
   }
 
@@ -115,9 +94,9 @@ private:
   }
 
   const std::u16string Folder_;
+  std::function<void()> OnPump_;
   TLook Look_;
   TWorkbench Bench_;
-  TCountedMessages &Messages_ = static_cast<TCountedMessages &>(*Bench_.Platform.Messages);
   Tfrm_main Main_{Look_, Bench_};
 };
 

@@ -19,10 +19,10 @@
 
 namespace hivesweep {
 
-// The machine's folders, but for that of the program: the shipped files lie there.
-class TShippedFolders final : public TFolders {
+// The machine's folders, but for that of the program.
+class TFoldersWithProgram final : public TFolders {
 public:
-  TShippedFolders(std::unique_ptr<TFolders> System, std::u16string Program)
+  TFoldersWithProgram(std::unique_ptr<TFolders> System, std::u16string Program)
       : System_(std::move(System)), Program_(std::move(Program)) {}
 
   std::u16string Special(TSpecialFolder Folder) override { return System_->Special(Folder); }
@@ -35,13 +35,14 @@ private:
   const std::u16string Program_;
 };
 
-// The machine that the test runs on, with the windows' own messages.
+// The machine that the test runs on, with the windows' own messages. Program: where the
+// program lies, if not there.
 inline TPlatform WindowPlatform(std::u16string_view Program = u"") {
   TPlatform Platform = std::move(*MakeLivePlatform());
   Platform.Messages = MakeWindowMessages();
   if (!Program.empty())
     Platform.Folders =
-        std::make_unique<TShippedFolders>(std::move(Platform.Folders), std::u16string(Program));
+        std::make_unique<TFoldersWithProgram>(std::move(Platform.Folders), std::u16string(Program));
   return Platform;
 }
 
@@ -77,26 +78,9 @@ private:
 };
 
 // OnPump may be set and changed later, and outlives the platform.
-inline TPlatform WatchedPlatform(std::function<void()> &OnPump) {
-  TPlatform Platform = WindowPlatform();
+inline TPlatform WatchedPlatform(std::function<void()> &OnPump, std::u16string_view Program = u"") {
+  TPlatform Platform = WindowPlatform(Program);
   Platform.Messages = std::make_unique<TWatchedMessages>(OnPump);
-  return Platform;
-}
-
-// The same machine, on which the program lies where it is shipped from, beside its
-// language files.
-inline TPlatform ShippedPlatform() {
-  struct TShippedFolders final : TFolders {
-    std::u16string Special(TSpecialFolder Folder) override { return Real->Special(Folder); }
-    std::u16string Windows() override { return Real->Windows(); }
-    std::u16string Temp() override { return Real->Temp(); }
-    std::u16string Program() override { return SHIPPED_FOLDER; }
-    std::unique_ptr<TFolders> Real;
-  };
-  TPlatform Platform = WindowPlatform();
-  auto Folders = std::make_unique<TShippedFolders>();
-  Folders->Real = std::exchange(Platform.Folders, nullptr);
-  Platform.Folders = std::move(Folders);
   return Platform;
 }
 
