@@ -55,7 +55,7 @@ HICON LargeIcon() {
 
 // What the dialog needs for as long as it is open.
 struct TAbout {
-  HWND Over;
+  HWND Over = nullptr;
   HFONT Title = nullptr;
   HICON Icon = nullptr;
 

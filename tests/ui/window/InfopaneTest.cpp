@@ -36,8 +36,8 @@ protected:
 // What the next dialog of this process shows, line by line; then it is closed as by the key.
 class TDialogReader {
 public:
-  explicit TDialogReader(WPARAM Button) {
-    Button_ = Button;
+  explicit TDialogReader(int Key) {
+    Key_ = static_cast<WPARAM>(Key);
     Lines_.clear();
     Timer_ = SetTimer(nullptr, 0, 10, Read);
   }
@@ -66,25 +66,25 @@ private:
     GetWindowRect(GetWindow(Dialog, GW_OWNER), &Over);
     Centered_ = std::abs(Own.left + Own.right - Over.left - Over.right) <= 1 &&
                 std::abs(Own.top + Own.bottom - Over.top - Over.bottom) <= 1;
-    PostMessageW(Dialog, WM_KEYDOWN, Button_, 1);
+    PostMessageW(Dialog, WM_KEYDOWN, Key_, 1);
   }
 
   inline static std::vector<std::u16string> Lines_;
   inline static bool Centered_ = false;
-  inline static WPARAM Button_ = 0;
+  inline static WPARAM Key_ = 0;
   inline static UINT_PTR Timer_ = 0;
 };
 
 TEST_F(TInfopaneTest, AboutBoxTellsTheVersionAndClosesByItsKeys) {
   PlaceProgramIn(Shipped());
-  for (const WPARAM Key : {VK_RETURN, VK_ESCAPE}) {
+  for (const int Key : {VK_RETURN, VK_ESCAPE}) {
     const TDialogReader Reader(Key);
     ShowAbout(Above_, Bench_);
     const std::vector<std::u16string> &Lines = TDialogReader::Lines();
     ASSERT_GT(Lines.size(), 4u);
     EXPECT_EQ(ToUtf8(Lines.front()), "About Hivesweep");
     const std::u16string Version =
-        u"Version " VERSION u" (" + ToDecimal(sizeof(void *) * 8) + u"-bit)";
+        u"Version " VERSION u" (" + std::u16string(sizeof(void *) == 4 ? u"32" : u"64") + u"-bit)";
     EXPECT_TRUE(std::any_of(Lines.begin(), Lines.end(),
                             [&](const std::u16string &Line) { return Line.starts_with(Version); }));
     EXPECT_TRUE(TDialogReader::Centered());
@@ -168,6 +168,17 @@ private:
   const std::u16string Copy_;
   TRegValue Before_;
 };
+
+TEST_F(TInfopaneTest, LibraryTellsOfAPageThatIsMissing) {
+  const std::u16string Folder = Bench_.Platform.Folders->Temp();
+  ASSERT_TRUE(CopyFileW(Wide(Shipped() + u"Infopane.dll"), Wide(Folder + u"Infopane.dll"), FALSE));
+  PlaceProgramIn(Folder);
+  const TBoxAnswer Answer(IDOK);
+  NavigateToHomePage(Above_, Bench_);
+  EXPECT_EQ(ToUtf8(Answer.Text()),
+            ToUtf8(u"The page could not be opened:\n" + Folder + u"Manual.html"));
+  EXPECT_TRUE(DeleteFileW(Wide(Folder + u"Infopane.dll"))) << "the library is still loaded";
+}
 
 TEST_F(TInfopaneTest, HomePageAndManualAreThePageThatIsShipped) {
   PlaceProgramIn(Shipped());

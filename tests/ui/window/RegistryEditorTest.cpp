@@ -16,7 +16,7 @@ constexpr std::u16string_view EditorClass = u"RegEdit_RegEdit";
 constexpr std::u16string_view TestKey = u"HKEY_CURRENT_USER\\Software\\Hivesweep editor test";
 
 class TRegistryEditorTest : public testing::Test {
-protected:
+public:
   TRegistryEditorTest() {
     for (const char16_t *Name : {u"One\\Deep", u"Two"})
       User()->Create(u"Software\\Hivesweep editor test\\" + std::u16string(Name));
@@ -26,6 +26,7 @@ protected:
     User()->DeleteTree(u"Software\\Hivesweep editor test");
   }
 
+protected:
   std::unique_ptr<TRegKey> User() {
     return Platform_.Registry->Open(TRegRoot::CurrentUser, u"", TRegAccess::Full).Key;
   }

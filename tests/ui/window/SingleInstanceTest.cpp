@@ -131,7 +131,7 @@ TEST(SingleInstance, OtherMessagesReachTheApplicationWindowUnchanged) {
 
 // This very program as the instance that runs; a second start is its message.
 class TInstanceTest : public testing::Test {
-protected:
+public:
   TInstanceTest() {
     EXPECT_TRUE(InitSingleInstance());
     const std::vector<HWND> Found = FindWindows(u"HivesweepApplication", GetCurrentProcessId());
@@ -140,6 +140,7 @@ protected:
   }
   ~TInstanceTest() override { DoneSingleInstance(); }
 
+protected:
   void StartAgain() const { PostMessageW(App_, RegisterWindowMessageW(L"window_test.exe"), 0, 0); }
 
   HWND App_;
