@@ -78,7 +78,6 @@ void Tfrm_main::FormShow(TComponent &Sender) {
 // ---- runs ------------------------------------------------------------------------------
 
 void Tfrm_main::BeginRun() {
-  ++Fillings_;
   List_.SetRowCount(0);
   ShowCategoryDetails();
   Timer_.SetEnabled(true);
@@ -136,12 +135,11 @@ void Tfrm_main::ShowCategoryDetails() {
                           Bench_.Text(AreaDescriptions[AreaIndex(Category_ - SummaryCategory)]));
 }
 
+// Messages are handled meanwhile. Whatever they bring - another category, a whole run -
+// has come to its end, and left a view that is whole, before this goes on.
 void Tfrm_main::RebuildView() {
-  const unsigned Own = ++Fillings_;
   List_.SetRowCount(0);
   Bench_.Problems.BuildView(Pane_.GroupName(Category_));
-  if (Fillings_ != Own)
-    return; // what came meanwhile has filled the list, or will
   List_.SetRowCount(Bench_.Problems.ViewCount());
   ShowSelectAll();
 }

@@ -79,9 +79,6 @@ private:
   TStatusBar &Status_;
   TTimer &Timer_;
   int Category_ = SummaryCategory; // the one that is shown
-  // Counts whatever fills the list anew. Messages are handled while that is done, and so
-  // another filling may have taken the place of one before it has come to its end.
-  unsigned Fillings_ = 0;
 };
 
 } // namespace hivesweep

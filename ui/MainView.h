@@ -17,8 +17,9 @@ public:
   virtual void BeginRun() = 0;
   // Takes all categories' counts away.
   virtual void ClearCounts() = 0;
-  // It has ended. Shows what the problem list and the number of selected problems are now:
-  // rows, counts, status bar. Scanned: of all categories; else of the one shown before.
+  // It has ended, and its statistics are recorded. Shows what the problem list and the
+  // number of selected problems are now: rows, counts, status bar, summary. Scanned: of all
+  // categories; else of the one shown before.
   virtual void EndRun(bool Scanned) = 0;
 
   // The line that tells what to do next.
