@@ -38,8 +38,8 @@ TVersion SystemVersion() {
   return {Info.dwMajorVersion, Info.dwMinorVersion, Info.dwBuildNumber};
 }
 
-// In front of a path when the editor has never stored one; empty where it wants none.
-// Today's editors don't, so that nobody needs to know their language; nor does Wine's.
+// In front of a path when the editor has never stored one; empty where it needs none.
+// Today's editors don't, so that nobody has to know their language; nor does Wine's.
 std::u16string_view DefaultPrefix(const TVersion &Version) {
   if (Version >= TVersion{10, 0, 17763} || FindFunction(L"ntdll.dll", "wine_get_version"))
     return {};

@@ -21,7 +21,7 @@ std::u16string LastKeyPrefix(std::u16string_view LastKey, std::u16string_view De
     return {};
   std::u16string_view Computer = LastKey.substr(0, LastKey.find(u'\\'));
   const bool IsPath = Computer.size() < LastKey.size();
-  if (Computer.empty() || Computer.size() > LongestPrefix ||
+  if (Computer.empty() || Computer.size() > LongestPrefix || (!IsPath && Default.empty()) ||
       (IsPath && !LastKey.substr(Computer.size() + 1).starts_with(RootFront)))
     return std::u16string(Default);
   return std::u16string(Computer) + u'\\';
@@ -48,9 +48,8 @@ TRegStatus StoreLastKey(TRegistryHost &Registry, std::u16string_view KeyPath,
     return Editor.Status;
   TRegValue Last;
   Editor.Key->Read(LastKeyValue, Last); // what can't be read has no type, and no text
-  std::u16string Path;
-  if (!DefaultPrefix.empty())
-    Path = LastKeyPrefix(Last.Data().IsText() ? Last.Data().Text() : u"", DefaultPrefix);
+  std::u16string Path =
+      LastKeyPrefix(Last.Data().IsText() ? Last.Data().Text() : u"", DefaultPrefix);
   Path += KeyPath;
   return Editor.Key->SetValue(LastKeyValue, TRegType::String,
                               std::as_bytes(std::span(Path.c_str(), Path.size() + 1)));

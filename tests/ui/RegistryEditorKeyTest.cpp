@@ -74,7 +74,9 @@ TEST(RegistryEditorKey, IsStoredBehindThePrefixThatIsThere) {
       {"one did", Line + "\"Arbeitsplatz\\\\HKEY_CURRENT_USER\\\\Console\"\n",
        u"Arbeitsplatz\\HKEY_USERS"},
       {"no text", Line + "dword:00000001\n", u"Default\\HKEY_USERS"},
-      {"an editor that wants none", Line + "\"Computer\\\\HKEY_USERS\"\n", u"HKEY_USERS", u""},
+      {"an editor that needs none", Line + "\"Computer\"\n", u"HKEY_USERS", u""},
+      {"and has one all the same", Line + "\"Computer\\\\HKEY_USERS\"\n", u"Computer\\HKEY_USERS",
+       u""},
   };
   for (const auto &C : Cases) {
     TMemoryRegistry Registry;
