@@ -28,7 +28,15 @@ void Handle(MSG &Message) {
 
 class TWindowMessages final : public TMessages {
 public:
-  void Pump() override { PumpMessages(); }
+  // Asking for messages costs more than reading a value of the registry. A tick of the
+  // system's clock is too short for a user to notice.
+  void Pump() override {
+    if (const DWORD Now = GetTickCount(); Now != LastPump_) {
+      LastPump_ = Now;
+      PumpMessages();
+    }
+  }
+  void PumpAll() override { PumpMessages(); }
 
   void Post(TWindowHandle Window, std::uint32_t Message, std::uintptr_t WParam,
             std::intptr_t LParam) override {
@@ -37,6 +45,7 @@ public:
 
 private:
   std::unique_ptr<TMessages> System_ = MakeLocalServices().Messages;
+  DWORD LastPump_ = 0;
 };
 
 } // namespace

@@ -15,9 +15,13 @@ public:
   TMessages &operator=(const TMessages &) = delete;
   virtual ~TMessages() = default;
 
-  // Handles all messages that wait, so that windows draw and buttons act. Called
-  // once per examined entry: must be cheap when nothing waits.
+  // Handles the messages that wait, so that windows draw and buttons act. Called once per
+  // examined entry, so it may leave them waiting for some hundredths of a second: then it
+  // costs next to nothing.
   virtual void Pump() = 0;
+
+  // The same, at once.
+  virtual void PumpAll() { Pump(); }
 
   // Puts a message into the window's queue and returns at once. Nothing happens
   // for a window that is not there.

@@ -293,7 +293,7 @@ void Tfrm_check::Scan() {
   TBarProgress ProgressBar(Progress_);
   Bench_.Engine.StartScan(reinterpret_cast<TWindowHandle>(Handle()), AreaFlags_, StatusLabel,
                           Bench_.Text(LanguageText(u"Scanlvstring")), ProgressBar);
-  Bench_.Platform.Messages->Pump(); // the last areas' messages
+  Bench_.Platform.Messages->PumpAll(); // the last areas' messages
   ShowFound();
 }
 
@@ -350,10 +350,10 @@ void Tfrm_check::MarkNextArea(std::size_t Row) {
 
 void Tfrm_check::Fix() {
   Working_.SetText(Bench_.Text(LanguageText(u"BackData")));
-  Bench_.Platform.Messages->Pump();
+  Bench_.Platform.Messages->PumpAll();
   const std::u16string Fixing = Bench_.Text(LanguageText(u"fixing"));
   Working_.SetText(Fixing);
-  Bench_.Platform.Messages->Pump();
+  Bench_.Platform.Messages->PumpAll();
   if (StopWanted_) // while nothing listened to it
     return;
 

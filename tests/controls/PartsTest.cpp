@@ -196,7 +196,7 @@ TEST_F(Parts, PostedMessagesReachTheHandlersThroughThePump) {
   Messages->Post(reinterpret_cast<TWindowHandle>(Window.Handle()), WM_COMMAND,
                  Window.Find<TMenuItem>(u"Exit").Command(), 0);
   Messages->Post(0, WM_COMMAND, Window.Find<TMenuItem>(u"Exit").Command(), 0);
-  Messages->Pump();
+  Messages->PumpAll();
   EXPECT_EQ(Window.Happened, TNames{u"Exit"});
 }
 

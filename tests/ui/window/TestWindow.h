@@ -60,11 +60,12 @@ class TWatchedMessages final : public TMessages {
 public:
   explicit TWatchedMessages(std::function<void()> &OnPump) : OnPump_(OnPump) {}
   void Pump() override {
-    if (OnPump_ && !std::exchange(InTurn_, true)) {
-      OnPump_();
-      InTurn_ = false;
-    }
+    Turn();
     Inner_->Pump();
+  }
+  void PumpAll() override {
+    Turn();
+    Inner_->PumpAll();
   }
   void Post(TWindowHandle Window, std::uint32_t Message, std::uintptr_t WParam,
             std::intptr_t LParam) override {
@@ -72,6 +73,13 @@ public:
   }
 
 private:
+  void Turn() {
+    if (OnPump_ && !std::exchange(InTurn_, true)) {
+      OnPump_();
+      InTurn_ = false;
+    }
+  }
+
   std::unique_ptr<TMessages> Inner_ = MakeWindowMessages();
   std::function<void()> &OnPump_;
   bool InTurn_ = false;
