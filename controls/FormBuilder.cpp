@@ -88,7 +88,7 @@ std::unique_ptr<TComponent> TFormBuilder::Make(const TComponentRow &Row) {
   case TKind::PopupMenu:
     return std::make_unique<TPopupMenu>(&Form_, Row.Name);
   case TKind::ImageList:
-    return std::make_unique<TImageList>(&Form_, Row.Name, Row.Place.Width);
+    return std::make_unique<TImageList>(&Form_, Row.Name, Row.Place.Width, Row.Place.Left);
   case TKind::Timer:
     return std::make_unique<TTimer>(&Form_, Row.Name, Row.Interval);
   default:

@@ -44,8 +44,8 @@ struct TColumn {
   int Width = 100;
 };
 
-// Places are in units of 1/96 inch, within the parent. What a kind does not have, it
-// ignores.
+// Places are in units of 1/96 inch, within the parent; of an image list, that of a picture
+// in the room that it is given. What a kind does not have, it ignores.
 struct TComponentRow {
   std::u16string Name;
   TKind Kind = TKind::Label;

@@ -11,12 +11,14 @@ namespace hivesweep {
 
 class TImageList : public TComponent {
 public:
-  // Units: the pictures' width and height; of the screen's scale.
-  TImageList(TForm *Owner, std::u16string Name, int Units);
+  // Units: the pictures' width and height; of the screen's scale. AirUnits: what the
+  // system's controls leave free at each side of a picture, which they would set close.
+  TImageList(TForm *Owner, std::u16string Name, int Units, int AirUnits = 0);
   ~TImageList() override;
 
   // The pictures' width and height in pixels.
   int Extent() const { return Extent_; }
+  int CellExtent() const { return Extent_ + 2 * Air_; } // the air included
   int Count() const;
   // Takes a copy; icons of another size are scaled. Answers the picture's number.
   int Add(HICON__ *Icon);
@@ -30,11 +32,12 @@ public:
   // Enabled: false shows it paler.
   void Draw(TCanvas &Canvas, const TRect &Place, int Number, bool Enabled = true) const;
 
-  // For the system's controls; stays owned.
+  // For the system's controls, with the air; stays owned.
   _IMAGELIST *Handle() const { return List_; }
 
 private:
   int Extent_;
+  int Air_;
   _IMAGELIST *List_;
 };
 

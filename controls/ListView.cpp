@@ -46,10 +46,14 @@ std::intptr_t TListView::Ask(unsigned Message, std::uintptr_t WParam, std::intpt
 void TListView::SetImages(const TImageList *Images) {
   Images_ = Images;
   Ask(LVM_SETIMAGELIST, LVSIL_SMALL, reinterpret_cast<LPARAM>(Images ? Images->Handle() : nullptr));
+  if (Checks_)
+    MakeCheckImages();
 }
 
 void TListView::TakeColors() {
-  Ask(LVM_SETBKCOLOR, 0, static_cast<LPARAM>(Look().Color(TColorRole::Window)));
+  // The ground is drawn here; one of the system's control would stand behind each picture,
+  // whatever the row's colour is.
+  Ask(LVM_SETBKCOLOR, 0, static_cast<LPARAM>(CLR_NONE));
   Ask(LVM_SETTEXTBKCOLOR, 0, static_cast<LPARAM>(Look().Color(TColorRole::Window)));
   Ask(LVM_SETTEXTCOLOR, 0, static_cast<LPARAM>(Look().Color(TColorRole::Text)));
   if (Checks_)
@@ -60,18 +64,20 @@ void TListView::TakeColors() {
 void TListView::MakeCheckImages() {
   constexpr COLORREF Through = RGB(255, 0, 255); // shows the row's ground
   const int Extent = Look().Scale(CheckUnits);
+  // As high as the row's picture, as the system's control sets them to one upper edge.
+  const int Height = std::max(Extent, Images_ ? Images_->CellExtent() : 0);
   const HIMAGELIST Before =
-      std::exchange(CheckImages_, ImageList_Create(Extent, Extent, ILC_COLOR24 | ILC_MASK, 2, 0));
+      std::exchange(CheckImages_, ImageList_Create(Extent, Height, ILC_COLOR24 | ILC_MASK, 2, 0));
   const HDC Screen = GetDC(nullptr);
   const HDC Memory = CreateCompatibleDC(Screen);
   const HBRUSH Brush = CreateSolidBrush(Through);
   TCanvas Canvas(Memory, Look());
   for (const bool Checked : {false, true}) {
-    const HBITMAP Picture = CreateCompatibleBitmap(Screen, Extent, Extent);
+    const HBITMAP Picture = CreateCompatibleBitmap(Screen, Extent, Height);
     const HGDIOBJ Old = SelectObject(Memory, Picture);
-    const RECT Whole{0, 0, Extent, Extent};
+    const RECT Whole{0, 0, Extent, Height};
     FillRect(Memory, &Whole, Brush);
-    const TRect Square{0, 0, Extent, Extent};
+    const TRect Square{0, (Height - Extent) / 2, Extent, Extent};
     TCheckBox::PaintBox(Canvas, Square.Inner(Look().Scale(1)), Checked, true);
     SelectObject(Memory, Old);
     ImageList_AddMasked(CheckImages_, Picture, Through);

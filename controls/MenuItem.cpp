@@ -6,6 +6,10 @@
 
 namespace hivesweep {
 
+namespace {
+constexpr int GapUnits = 4; // between an entry's icon and its caption
+}
+
 void TMenuBranch::AddItem(TMenuItem &Item) { Items_.push_back(&Item); }
 
 TMenuItem::TMenuItem(TForm *Owner, std::u16string Name, TMenuBranch &Branch, std::u16string Caption)
@@ -62,7 +66,7 @@ TAnswer TMenuItem::DrawIcon(TForm &Form, const TMessage &Message) {
     if (Asked.CtlType != ODT_MENU || !Item || !Item->Images_)
       return std::nullopt;
     const auto Extent = static_cast<UINT>(Item->Images_->Extent());
-    Asked.itemWidth = Extent;
+    Asked.itemWidth = Extent + static_cast<UINT>(Form.Look().Scale(GapUnits));
     Asked.itemHeight = Extent;
     return 1;
   }
@@ -71,7 +75,9 @@ TAnswer TMenuItem::DrawIcon(TForm &Form, const TMessage &Message) {
   if (Asked.CtlType != ODT_MENU || !Item || !Item->Images_)
     return std::nullopt;
   TCanvas Canvas(Asked.hDC, Form.Look());
-  Item->Images_->Draw(Canvas, FromSystem(Asked.rcItem), Item->Image_);
+  TRect Place = FromSystem(Asked.rcItem);
+  Place.Width = Item->Images_->Extent();
+  Item->Images_->Draw(Canvas, Place, Item->Image_);
   return 1;
 }
 
