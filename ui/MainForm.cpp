@@ -31,7 +31,7 @@ Tfrm_main::Tfrm_main(TLook &Look, TWorkbench &Bench)
     : TForm(Look, nullptr, MainTable(), Handlers()), Bench_(Bench), Clean_(Bench.Platform),
       Pane_(*this), Details_(*this), List_(Find<TListView>(u"Lv_problems")),
       Status_(Find<TStatusBar>(u"dxStatusBar1")), Timer_(Find<TTimer>(u"Timer1")) {
-  for (const std::u16string_view Images : {u"Images_small", u"Images_large"})
+  for (const std::u16string_view Images : {u"Images_small", u"Images_large", u"Images_rows"})
     FillImages(Find<TImageList>(Images));
   Find<TMenuItem>(u"dxBarButton9").SetChecked(true);
   if (Bench_.LimitedRights)

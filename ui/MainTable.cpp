@@ -18,8 +18,11 @@ constexpr TAnchors LeftEdge{.Bottom = true};
 constexpr TAnchors RightEdge{.Left = false, .Right = true};
 constexpr TAnchors BottomEdge{.Top = false, .Right = true, .Bottom = true};
 
+constexpr int PaneWidth = 210, RightWidth = 550;
+
 constexpr std::u16string_view SmallImages = u"Images_small";
 constexpr std::u16string_view LargeImages = u"Images_large";
+constexpr std::u16string_view RowImages = u"Images_rows";
 
 void Append(TFormTable &Table, std::vector<TComponentRow> Rows) {
   std::move(Rows.begin(), Rows.end(), std::back_inserter(Table.Rows));
@@ -140,26 +143,26 @@ void AddCategory(TFormTable &Table, int Category) {
   const std::vector<TBinding> On{{TEvent::Click, u"ImageNote_1Click"}};
   Table.Rows.push_back({.Name = Entry,
                         .Kind = TKind::ImageNote,
-                        .Place = {0, 6 + Pitch * (Category - 1), 200, Pitch},
+                        .Place = {0, 6 + Pitch * (Category - 1), PaneWidth, Pitch},
                         .Parent = u"Panel_categories",
                         .On = On,
                         .Anchors = Across});
   Table.Rows.push_back({.Name = NameOf(u"Image_", Category),
                         .Kind = TKind::Image,
-                        .Place = {12, 3, 16, 16},
+                        .Place = {11, 3, 16, 16},
                         .Parent = Entry,
                         .On = On,
                         .Images = std::u16string(SmallImages),
                         .Image = static_cast<int>(CategoryIcon(Category))});
   Table.Rows.push_back({.Name = NameOf(u"Label_", Category),
-                        .Place = {36, 2, 112, 18},
+                        .Place = {34, 2, 130, 18},
                         .Caption = CategoryCaption(Category),
                         .Parent = Entry,
                         .On = On,
                         .Tag = Category > SummaryCategory ? Category : 0,
                         .Color = TColorRole::PaneText});
   Table.Rows.push_back({.Name = NameOf(u"lab_", Category),
-                        .Place = {150, 2, 40, 18},
+                        .Place = {166, 2, 36, 18},
                         .Parent = Entry,
                         .On = On,
                         .Anchors = RightEdge,
@@ -170,7 +173,7 @@ void AddCategory(TFormTable &Table, int Category) {
 void AddPane(TFormTable &Table) {
   Table.Rows.push_back({.Name = u"Panel_categories",
                         .Kind = TKind::Panel,
-                        .Place = {0, 62, 200, 408},
+                        .Place = {0, 62, PaneWidth, 408},
                         .Anchors = LeftEdge,
                         .Ground = TColorRole::Pane});
   for (int Category = SummaryCategory; Category <= CategoryCount; ++Category)
@@ -184,23 +187,26 @@ const std::u16string Details = u"Panel_details", Summary = u"Panel_summary";
 // What stands on the area itself, and the ground of the summary's lines.
 std::vector<TComponentRow> DetailRows() {
   return {
-      {.Name = Details, .Kind = TKind::Panel, .Place = {200, 62, 560, 134}, .Anchors = Across},
+      {.Name = Details,
+       .Kind = TKind::Panel,
+       .Place = {PaneWidth, 62, RightWidth, 134},
+       .Anchors = Across},
       {.Name = u"Lab_reg",
-       .Place = {22, 8, 440, 24},
+       .Place = {22, 8, 430, 24},
        .Parent = Details,
        .Anchors = Across,
        .Font = TFontRole::Title,
        .Color = TColorRole::Heading,
        .Ellipsis = true},
       {.Name = u"Lab_count",
-       .Place = {470, 8, 68, 24},
+       .Place = {460, 8, 68, 24},
        .Parent = Details,
        .Anchors = RightEdge,
        .Font = TFontRole::Title,
        .Color = TColorRole::QuietText,
        .Align = TAlign::Right},
       {.Name = u"Lab_welcome",
-       .Place = {22, 34, 516, 16},
+       .Place = {22, 34, 506, 16},
        .Caption = u"Click \"Scan\" in the menu bar to search the registry for problems.",
        .Parent = Details,
        .Anchors = Across,
@@ -214,7 +220,7 @@ std::vector<TComponentRow> DetailRows() {
        .Wrapped = true},
       {.Name = Summary,
        .Kind = TKind::Panel,
-       .Place = {22, 55, 516, 64},
+       .Place = {22, 55, 506, 64},
        .Parent = Details,
        .Anchors = Across},
   };
@@ -241,7 +247,7 @@ const TLineRow Lines[] = {
 };
 
 void AddLine(TFormTable &Table, const TLineRow &Line) {
-  constexpr int Height = 16, Gap = 6, Width = 516;
+  constexpr int Height = 16, Gap = 6, Width = 506;
   Table.Rows.push_back({.Name = Line.CaptionName,
                         .Place = {Line.Left, Line.Top, Line.TextLeft - Line.Left - Gap, Height},
                         .Caption = Line.Caption,
@@ -266,14 +272,20 @@ void AddDetails(TFormTable &Table) {
 
 std::vector<TComponentRow> ListRows() {
   return {
+      {.Name = u"Panel_problems",
+       .Kind = TKind::Panel,
+       .Place = {PaneWidth, 196, RightWidth, 274},
+       .Anchors = All},
       {.Name = u"CheckBox_selectall",
        .Kind = TKind::CheckBox,
-       .Place = {222, 198, 120, 18},
+       .Place = {22, 2, 120, 18},
        .Caption = u"Select All",
+       .Parent = u"Panel_problems",
        .On = {{TEvent::MouseUp, u"CheckBox_selectallMouseUp"}}},
       {.Name = u"Lv_problems",
        .Kind = TKind::ListView,
-       .Place = {222, 222, 516, 238},
+       .Place = {22, 26, 506, 238},
+       .Parent = u"Panel_problems",
        .On = {{TEvent::Data, u"Lv_problemsData"},
               {TEvent::Click, u"Lv_problemsClick"},
               {TEvent::ColumnClick, u"Lv_problemsColumnClick"},
@@ -282,7 +294,7 @@ std::vector<TComponentRow> ListRows() {
        .Checks = true,
        .Virtual = true,
        .Columns = {{u"      Type", 150}, {u"Risk Level", 100}, {u"Registry key", 380}},
-       .Images = std::u16string(SmallImages),
+       .Images = std::u16string(RowImages),
        .Popup = u"PopupMenu1"},
       {.Name = u"dxStatusBar1",
        .Kind = TKind::StatusBar,
@@ -307,14 +319,14 @@ TFormTable MainTable() {
   TFormTable Table{.Name = u"frm_main",
                    .Caption = u"Hivesweep",
                    .Size = {760, 494}, // on a screen of 800 by 600 with the task bar
-                   .Start = TSize{900, 620},
+                   .Start = TSize{910, 620},
                    .Resizable = true,
                    .Dialog = false,
                    .On = {{TEvent::Show, u"FormShow"}}};
-  Table.Rows.push_back(
-      {.Name = std::u16string(SmallImages), .Kind = TKind::ImageList, .Place = {0, 0, 16, 16}});
-  Table.Rows.push_back(
-      {.Name = std::u16string(LargeImages), .Kind = TKind::ImageList, .Place = {0, 0, 24, 24}});
+  Append(Table,
+         {{.Name = std::u16string(SmallImages), .Kind = TKind::ImageList, .Place = {0, 0, 16, 16}},
+          {.Name = std::u16string(LargeImages), .Kind = TKind::ImageList, .Place = {0, 0, 24, 24}},
+          {.Name = std::u16string(RowImages), .Kind = TKind::ImageList, .Place = {2, 2, 16, 16}}});
   AddMenus(Table);
   AddBar(Table);
   AddPane(Table);

@@ -17,8 +17,8 @@ std::u16string NameOf(std::u16string_view Family, int Category);
 
 // The path under a problem's details is a link; a description of a category stands in
 // the same label. These are its two places in the details area.
-inline constexpr TRect DescriptionPlace{22, 55, 516, 71};
-inline constexpr TRect LinkPlace{93, 96, 445, 16};
+inline constexpr TRect DescriptionPlace{22, 55, 506, 71};
+inline constexpr TRect LinkPlace{93, 96, 435, 16};
 
 TFormTable MainTable();
 

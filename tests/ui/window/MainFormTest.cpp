@@ -285,7 +285,7 @@ TEST_F(MainWindow, ShowsWhatIsKnownOfAProblem) {
   EXPECT_EQ(Text(u"Lab_data"), u"");
   EXPECT_EQ(Text(u"Lab_ms"), u"HKEY_LOCAL_MACHINE\\Fonts\\a");
   EXPECT_TRUE(ShowsProblem());
-  EXPECT_EQ(Main.Find<TLabel>(u"Lab_ms").Design(), (TRect{93, 96, 445, 16}));
+  EXPECT_EQ(Main.Find<TLabel>(u"Lab_ms").Design(), LinkPlace);
   EXPECT_TRUE(Main.Find<TLabel>(u"Lab_pathcaption").Visible());
   List.Focus();
   Type(VK_UP);
@@ -293,7 +293,7 @@ TEST_F(MainWindow, ShowsWhatIsKnownOfAProblem) {
   EXPECT_EQ(Text(u"Lab_data"), u"C:\\b.ttf") << "by the keyboard";
   PressOn(u"Label_10");
   EXPECT_FALSE(ShowsProblem());
-  EXPECT_EQ(Main.Find<TLabel>(u"Lab_ms").Design(), (TRect{22, 55, 516, 71}));
+  EXPECT_EQ(Main.Find<TLabel>(u"Lab_ms").Design(), DescriptionPlace);
   EXPECT_FALSE(Main.Find<TLabel>(u"Lab_pathcaption").Visible());
   EXPECT_EQ(List.Selected(), -1);
 }
@@ -489,13 +489,13 @@ TEST_F(MainWindow, ARowHasTheColourOfItsRisk) {
   Bench.AddProblem(10, u"HKEY_CURRENT_USER\\ungraded");
   Main.EndRun(true);
   UpdateWindow(List.Handle());
-  const auto GroundOf = [&](int Row) {
+  const auto PixelAt = [&](int Row, int X) {
     const HDC Screen = GetDC(List.Handle());
-    const int X = List.ColumnWidth(0) + List.ColumnWidth(1) - 4;
-    const COLORREF Color = GetPixel(Screen, X, List.RowBounds(Row).Top + 2);
+    const COLORREF Color = GetPixel(Screen, X, List.RowBounds(Row).Top + 1);
     ReleaseDC(List.Handle(), Screen);
     return Color;
   };
+  const int Second = List.ColumnWidth(0), Third = Second + List.ColumnWidth(1);
   const struct {
     int Row;
     TColorRole Ground;
@@ -505,7 +505,8 @@ TEST_F(MainWindow, ARowHasTheColourOfItsRisk) {
                {5, TColorRole::RiskMedium, 19},
                {7, TColorRole::Window, -1}};
   for (const auto &C : Cases) {
-    EXPECT_EQ(GroundOf(C.Row), Look.Color(C.Ground)) << C.Row;
+    EXPECT_EQ(PixelAt(C.Row, Third - 4), Look.Color(C.Ground)) << C.Row;
+    EXPECT_EQ(PixelAt(C.Row, Second + 3), Look.Color(C.Ground)) << C.Row << ", around its icon";
     EXPECT_EQ(List.Cells(C.Row).SubImages, std::vector<int>{C.Icon}) << C.Row;
   }
 }
@@ -536,7 +537,8 @@ TEST(MainWindowLooks, FitsASmallScreenAndALargeScale) {
     Main.SetClientSize(Least);
     const auto &List = Main.Find<TListView>(u"Lv_problems");
     EXPECT_GT(List.Bounds().Height, 200 * Dpi / 96);
-    EXPECT_LE(List.Bounds().Bottom(), Main.Find<TStatusBar>(u"dxStatusBar1").Bounds().Top);
+    EXPECT_LE(List.Parent()->Bounds().Bottom(),
+              Main.Find<TStatusBar>(u"dxStatusBar1").Bounds().Top);
     EXPECT_EQ(List.ColumnWidth(2), 380 * Dpi / 96);
   }
 }
