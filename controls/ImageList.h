@@ -25,7 +25,7 @@ public:
   // The icon of that name among the program's resources, in the size that fits best;
   // false when there is none, and then nothing is added.
   bool AddResource(std::u16string_view Resource);
-  // Takes all pictures of a list of the same extent in place of its own, before it is given
+  // Takes all pictures of a list of the same extents in place of its own, before it is given
   // to any control.
   void CopyFrom(const TImageList &Other);
   // In the middle of the place. Nothing is drawn for a number that is not there.

@@ -233,14 +233,17 @@ int TListView::Selected() const {
 }
 
 void TListView::Select(int Row) {
+  // One row alone can be selected, so the one before goes by itself. To name all rows
+  // instead would cost time for each of them.
+  const int Changed = Row < 0 ? Selected() : Row;
+  if (Changed < 0)
+    return;
   LVITEMW Item{};
   Item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
-  Ask(LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&Item));
-  if (Row < 0)
-    return;
-  Item.state = Item.stateMask;
-  Ask(LVM_SETITEMSTATE, static_cast<WPARAM>(Row), reinterpret_cast<LPARAM>(&Item));
-  Ask(LVM_ENSUREVISIBLE, static_cast<WPARAM>(Row), FALSE);
+  Item.state = Row < 0 ? 0 : Item.stateMask;
+  Ask(LVM_SETITEMSTATE, static_cast<WPARAM>(Changed), reinterpret_cast<LPARAM>(&Item));
+  if (Row >= 0)
+    Ask(LVM_ENSUREVISIBLE, static_cast<WPARAM>(Row), FALSE);
 }
 
 int TListView::TopRow() const { return static_cast<int>(Ask(LVM_GETTOPINDEX)); }

@@ -53,7 +53,7 @@ TFormTable CheckTable(TDialogMode Mode) {
       .On = {{TEvent::Show, u"FormShow"}, {TEvent::Close, u"FormClose"}},
       .Rows =
           {
-              {.Name = u"ImageList_1", .Kind = TKind::ImageList, .Place = {0, 0, 16, 16}},
+              {.Name = u"ImageList_1", .Kind = TKind::ImageList, .Place = {2, 2, 16, 16}},
               {.Name = u"PopupMenu1", .Kind = TKind::PopupMenu},
               {.Name = u"SelectAll1",
                .Kind = TKind::MenuItem,

@@ -14,7 +14,7 @@ const TImageList *LoadedBefore(const TImageList &Images) {
   for (const TForm *Form = Images.Owner()->Above(); Form; Form = Form->Above())
     for (const auto &Component : Form->Components())
       if (const auto *List = dynamic_cast<const TImageList *>(Component.get()))
-        if (List->Extent() == Images.Extent() &&
+        if (List->Extent() == Images.Extent() && List->CellExtent() == Images.CellExtent() &&
             List->Count() == static_cast<int>(IconNames.size()))
           return List;
   return nullptr;
