@@ -4,7 +4,6 @@
 #include <utility>
 #include <vector>
 
-#include "controls/Form.h"
 #include "controls/MessageLoop.h"
 #include "controls/Win32.h"
 
@@ -56,6 +55,13 @@ void CALLBACK AnswerBox(HWND, UINT, UINT_PTR Timer, DWORD) {
 
 UINT_PTR AnswerTimer = 0;
 
+TForm *ModalForm = nullptr; // null when it was given up
+
+void CALLBACK GiveUp(HWND, UINT, UINT_PTR, DWORD) {
+  if (TForm *const Form = std::exchange(ModalForm, nullptr))
+    Form->Close();
+}
+
 } // namespace
 
 void PostPress(const TControl &Control, TPoint Point) {
@@ -94,6 +100,14 @@ bool WaitUntil(const std::function<bool()> &Done) {
   LoopUntil([&] { return Done() || GetTickCount() - Start > Patience; });
   KillTimer(nullptr, Waker);
   return Done();
+}
+
+bool ShowModalForm(TForm &Form) {
+  ModalForm = &Form;
+  const UINT_PTR Timer = SetTimer(nullptr, 0, Patience, GiveUp);
+  const bool GoesOn = Form.ShowModal();
+  KillTimer(nullptr, Timer);
+  return std::exchange(ModalForm, nullptr) != nullptr && GoesOn;
 }
 
 TBoxAnswer::TBoxAnswer(std::vector<int> Buttons) {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "controls/Control.h"
+#include "controls/Form.h"
 
 namespace hivesweep {
 
@@ -26,6 +26,10 @@ void TypeWithAlt(char16_t Letter);
 
 // Lets the program work until that is so; false when it was not so after ten seconds.
 bool WaitUntil(const std::function<bool()> &Done);
+
+// Shows a form over the one above until it is closed; false when a test had to close it
+// after ten seconds.
+bool ShowModalForm(TForm &Form);
 
 // Presses a button (IDYES, ...) of the next message box that comes up, and then tells
 // its text. With several buttons, one of each box that follows.

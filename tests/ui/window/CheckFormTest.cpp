@@ -77,7 +77,7 @@ protected:
   // Shows it over the main window and presses its button; until it is closed.
   static void RunModal(Tfrm_check &Dialog) {
     PostClick(Dialog.Find<TButton>(u"bt_scan"));
-    EXPECT_TRUE(Dialog.ShowModal());
+    EXPECT_TRUE(ShowModalForm(Dialog));
   }
   TSettings Settings() { return {Bench.Platform, Data.Paths.MainIniPath}; }
 
@@ -257,6 +257,16 @@ TEST_F(CheckForm, TellsTheMainWindowHowManyThereAreAndHowManyAreSelected) {
   Dialog.Show();
   for (const auto &C : Cases) {
     Script.Finds = C.Finds;
+    Script.During = [&](int Area) {
+      if (Area == 1) {
+        EXPECT_EQ(Status(Dialog, 3), u"") << "nothing is left of the scan before";
+      }
+    };
+    Main.OnCall = [&](std::u16string_view What) {
+      if (What == u"SetWelcome") {
+        EXPECT_EQ(Status(Dialog, 15), u"No Problems 18") << "the last area has been told";
+      }
+    };
     Bench.SelectedCount = 77;
     Press(Dialog.Find<TButton>(u"bt_scan"));
     EXPECT_EQ(Bench.SelectedCount, C.Selected) << C.Why;

@@ -139,6 +139,7 @@ TEST_F(RescueForm, ShowsSizesAndCommandsOnlyRowsWhoseThirdCellIsTheName) {
       const TBoxAnswer Yes(IDYES);
       Press(Dialog.Find<TButton>(u"Button1"));
       EXPECT_EQ(Yes.Texts(), TNames{Ask}) << "and no word of a success";
+      EXPECT_FALSE(Dialog.Find<TControl>(u"Label_failure").Visible());
     }
     {
       const TBoxAnswer No(IDNO);
@@ -291,7 +292,7 @@ TEST_F(RescueForm, PressesInTheMiddleOfARestoreDoNotDisturbIt) {
   };
   const TBoxAnswer Answers({IDYES, IDOK});
   PostClick(Dialog.Find<TButton>(u"Button1"));
-  EXPECT_TRUE(Dialog.ShowModal());
+  EXPECT_TRUE(ShowModalForm(Dialog));
   OnPump = nullptr;
   EXPECT_TRUE(Pressed);
   EXPECT_EQ(Answers.Texts(), (TNames{Ask, Success}));
