@@ -46,7 +46,7 @@ TFormTable RescueTable() {
                .Place = {16, 244, 496, 18},
                .Anchors = BottomEdge,
                .Visible = false,
-               .Font = TFontRole::Bold,
+               .Wrapped = true,
                .Ellipsis = true},
               {.Name = u"Button1",
                .Kind = TKind::Button,
