@@ -62,8 +62,7 @@ TForm::TForm(TLook &Look, TForm *Above, const TFormTable &Table,
   Pauses_ = 0;
   RequestLayout();
   const TSize Start = Table.Start.value_or(Table.Size);
-  SetClientSize({std::max(Look.Scale(Start.Width), Least_.Width),
-                 std::max(Look.Scale(Start.Height), Least_.Height)});
+  SetSizeOnScreen({Look.Scale(Start.Width), Look.Scale(Start.Height)});
   Fire(TEvent::Create);
 }
 
@@ -202,6 +201,20 @@ void TForm::SetClientSize(const TSize &Pixels) {
                  static_cast<int>(Window.bottom - Window.top) + Pixels.Height - Inside.Height,
                  SWP_NOZORDER | SWP_NOMOVE | SWP_NOACTIVATE);
   }
+}
+
+void TForm::SetSizeOnScreen(const TSize &Pixels) {
+  RECT Window, Inside, Screen;
+  GetWindowRect(Handle(), &Window);
+  GetClientRect(Handle(), &Inside);
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &Screen, 0);
+  const auto Fit = [](LONG Room, LONG Whole, LONG Part, int Wanted, int Least) {
+    return std::max(std::min(Wanted, static_cast<int>(Room - (Whole - Part))), Least);
+  };
+  SetClientSize({Fit(Screen.right - Screen.left, Window.right - Window.left, Inside.right,
+                     Pixels.Width, Least_.Width),
+                 Fit(Screen.bottom - Screen.top, Window.bottom - Window.top, Inside.bottom,
+                     Pixels.Height, Least_.Height)});
 }
 
 // ---- keyboard ---------------------------------------------------------------------------

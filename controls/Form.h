@@ -64,6 +64,9 @@ public:
   // Lays out all components, at once, or when the last TLayoutPause has ended.
   void RequestLayout();
   void SetClientSize(const TSize &Pixels);
+  // The same, but no larger than the screen has room for the window, as far as the least
+  // size allows.
+  void SetSizeOnScreen(const TSize &Pixels);
   TSize LeastClientSize() const { return Least_; }
 
   // A form that is not seen yet shows it there when it comes up.

@@ -48,7 +48,7 @@ TFormTable CheckTable(TDialogMode Mode) {
       .Name = u"frm_check",
       .Caption = u"Scan and Fix",
       .Size = At.Size,
-      .Start = IsScan ? std::optional<TSize>({404, 466}) : std::nullopt,
+      .Start = IsScan ? std::optional<TSize>({404, 526}) : std::nullopt,
       .Resizable = IsScan,
       .On = {{TEvent::Show, u"FormShow"}, {TEvent::Close, u"FormClose"}},
       .Rows =

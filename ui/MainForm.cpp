@@ -71,8 +71,10 @@ void Tfrm_main::FormShow(TComponent &Sender) {
   Translate(Bench_.Language, *this);
   List_.SetColumnCaption(0, std::u16string(FirstColumnIndent) +
                                 Bench_.Text(LanguageText(u"LvproblemstypeCaption")));
+  List_.FitLastColumn();
   Pane_.NameEntries();
   ShowCategory(SummaryCategory, true);
+  GiveFocus(List_);
 }
 
 // ---- runs ------------------------------------------------------------------------------
