@@ -1,11 +1,9 @@
 #include "cli/Input.h"
 
-#include <algorithm>
-#include <vector>
-
 #include "cli/Failure.h"
 #include "platform/DiskFile.h"
 #include "platform/Text.h"
+#include "repair/Readable.h"
 
 namespace hivesweep {
 
@@ -17,21 +15,8 @@ std::string ReadInput(const std::string &Name) {
 }
 
 void RequireReadable(TSession &Session, std::u16string_view Path) {
-  if (Path.empty())
-    return;
-  TStorage &Storage = *Session.Platform.Storage;
-  std::string Unused;
-  const TDiskError Error = Storage.Read(Path, Unused);
-  if (Error.empty())
-    return;
-  // The answer does not tell what is not there from what can't be read.
-  const std::size_t NameAt = Path.find_last_of(u"\\/") + 1;
-  std::vector<TStoredFile> Files;
-  const TDiskError FolderError = Storage.List(Path.substr(0, NameAt), Files);
-  const bool IsThere = std::ranges::any_of(
-      Files, [&](const TStoredFile &File) { return EqualNoCase(File.Name, Path.substr(NameAt)); });
-  if (IsThere || !FolderError.empty())
-    throw TFailure(TExitCode::Failed, ToUtf8(Path) + ": could not be read: " + ToUtf8(Error));
+  if (const TDiskError Error = WhyUnreadable(*Session.Platform.Storage, Path); !Error.empty())
+    throw TFailure(TExitCode::Failed, ToUtf8(Error));
 }
 
 } // namespace hivesweep

@@ -76,8 +76,8 @@ public:
 
   // ---- fixing -----------------------------------------------------------------------
   // Removes the checked problems and keeps a backup. Before anything is removed, the
-  // exact state of all of it is on the disk; when that can't be done nothing is removed,
-  // the report and the label say why.
+  // exact state of all of it is on the disk; when that can't be done, or when the ignore list
+  // is there and can't be read, nothing is removed, and the report and the label say why.
   TFixReport BackupAndFix(TListViewManage &Problems, TScanRegistry &Engine,
                           TStatusLabel &StatusLabel, TProgressBar &ProgressBar,
                           std::u16string_view StatusText);
@@ -138,6 +138,7 @@ private:
                    std::u16string_view StatusText);
   void RemoveCheckedProblems(TFixRun &Run, std::vector<std::u16string> &BackupLines);
   TRemoval Remove(TFixRun &Run, const TItemInfo &Item);
+  bool MayBegin(TFixRun &Run) const;
   bool RecordBeforeFix(TFixRun &Run);
   void Forget(TFixRun &Run);
   void WriteBackup(TFixRun &Run);

@@ -5,6 +5,7 @@
 #include "repair/BackupText.h"
 #include "repair/FileStatus.h"
 #include "repair/FixGuard.h"
+#include "repair/Readable.h"
 #include "repair/RegistryClean.h"
 
 namespace hivesweep {
@@ -58,7 +59,7 @@ TFixReport TRegistryClean::BackupAndFix(TListViewManage &Problems, TScanRegistry
               TRegistry(*Platform_.Registry, TRegAccess::Full),
               {},
               {}};
-  if (!RecordBeforeFix(Run)) {
+  if (!MayBegin(Run) || !RecordBeforeFix(Run)) {
     StatusLabel.SetText(Run.Report.Failure);
     return Run.Report;
   }
@@ -71,6 +72,15 @@ TFixReport TRegistryClean::BackupAndFix(TListViewManage &Problems, TScanRegistry
   if (!BackupLines.empty())
     WriteBackup(Run);
   return std::move(Run.Report);
+}
+
+// The user's own word on what must stay has to be known, also where the list of problems
+// was made without it.
+bool TRegistryClean::MayBegin(TFixRun &Run) const {
+  const TDiskError Error = WhyUnreadable(*Platform_.Storage, Paths.IgnoreIniPath);
+  if (!Error.empty())
+    Run.Report.Failure = u"Nothing was fixed, because the ignore list is not known. " + Error;
+  return Error.empty();
 }
 
 // True when everything that is going to be removed is on the disk.

@@ -202,6 +202,17 @@ TEST_F(FixTest, WithoutARecordNothingIsTouched) {
   }
 }
 
+TEST_F(FixTest, WithAnUnreadableIgnoreListNothingIsTouched) {
+  const std::u16string &Ignore = Fix_->Clean.Paths.IgnoreIniPath;
+  ASSERT_EQ(Platform_.Storage->CreateFolder(Ignore), u""); // where a file should be
+  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"v");
+  const TFixReport Report = Fix_->Run();
+  EXPECT_NE(Report.Failure.find(Ignore), std::u16string::npos) << ToUtf8(Report.Failure);
+  EXPECT_EQ(Fix_->Label.Texts, std::vector{Report.Failure});
+  EXPECT_TRUE(Has(u"A", u"v"));
+  EXPECT_EQ(Fix_->Problems.TotalCount(), 1);
+}
+
 TEST_F(FixTest, WhatIsNotInTheRecordStays) {
   // The registry changes between the record and the removal.
   Fix_->Add(u"HKEY_CURRENT_USER\\B", u"N/A");
