@@ -55,6 +55,7 @@ struct TNotRemoved {
 
 struct TFixReport {
   std::u16string Failure; // why nothing was done at all; empty: it was
+  std::u16string Reason;  // of such a failure: what the disk said
   std::int32_t Removed = 0;
   std::vector<TNotRemoved> NotRemoved;
   std::u16string BackupName;    // what to restore to undo the fix; empty: nothing to undo

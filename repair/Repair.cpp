@@ -106,6 +106,7 @@ bool TRegistryClean::RecordBeforeFix(TFixRun &Run) {
   }
   Storage.Remove(Folder + std::u16string(PreparedName));
   Run.Report.Failure = u"Nothing was fixed, because no backup could be written. " + Error;
+  Run.Report.Reason = std::move(Error);
   return false;
 }
 

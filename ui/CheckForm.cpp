@@ -364,11 +364,16 @@ void Tfrm_check::Fix() {
       Clean_->BackupAndFix(Bench_.Problems, Bench_.Engine, StatusLabel, ProgressBar, Fixing);
   Bench_.SelectedCount = Bench_.Problems.CheckedCount();
   if (!Report.Failure.empty())
-    Progress_.SetVisible(false); // the label says why nothing was done
+    ShowFailure(Report.Reason);
   else if (const std::int32_t Fixed = Before - Bench_.Problems.TotalCount(); Fixed > 0)
     ShowFixed(Fixed);
   else
     Status_.SetText(u""); // it was stopped before its first problem
+}
+
+void Tfrm_check::ShowFailure(std::u16string_view Reason) {
+  Progress_.SetVisible(false);
+  Status_.SetText(Bench_.Text(LanguageText(u"FixFailed")).append(u" ").append(Reason));
 }
 
 void Tfrm_check::ShowFixed(std::int32_t Count) {

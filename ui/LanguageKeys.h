@@ -44,6 +44,7 @@ inline constexpr TLanguageText LanguageTexts[] = {
     {u"LabWelcomefixed", u"problems were fixed. If you want to restore, you can click \"Restore\" "
                          u"in the menu bar to restore."},
     {u"NoErrorSelected", u"No problems selected."},
+    {u"IgnoreFailed", u"The problem could not be ignored:"},
     {u"LimitedRights", u"Without administrator rights, entries that belong to the whole computer "
                        u"cannot be removed."},
     {u"AboutMessage", u"Hivesweep finds and removes registry entries that point at things that "
@@ -63,6 +64,7 @@ inline constexpr TLanguageText LanguageTexts[] = {
     {u"BackData", u"Backup data..."},
     {u"fixing", u"Fixing..."},
     {u"Repairfinish", u"Repaired successfully."},
+    {u"FixFailed", u"Nothing was fixed, because no backup could be written."},
     // The dialog of the backups.
     {u"RestoreMessage", u"You will perform a rollback with this backup. Continue?"},
     {u"RestoreSucMessage", u"The backup has been restored successfully!"},

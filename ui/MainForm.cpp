@@ -364,7 +364,8 @@ void Tfrm_main::IgnoredProblem1Click(TComponent &Sender) {
     return;
   if (const TDiskError Error = Clean_.IgnoreList.Add(Item->KeyPath, Item->ValueName);
       !Error.empty()) {
-    ShowMessage(this, Error, Bench_.Text(LanguageText(u"Title")), TMessageKind::Warning);
+    ShowMessage(this, Bench_.Text(LanguageText(u"IgnoreFailed")) + u" " + Error,
+                Bench_.Text(LanguageText(u"Title")), TMessageKind::Warning);
     return;
   }
   Bench_.SelectedCount -= Item->Checked ? 1 : 0;
