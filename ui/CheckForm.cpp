@@ -6,6 +6,7 @@
 #include "controls/ListView.h"
 #include "controls/Timer.h"
 #include "platform/Text.h"
+#include "platform/win32/Win32.h"
 #include "ui/FormImages.h"
 #include "ui/FormTexts.h"
 #include "ui/Views.h"
@@ -313,11 +314,21 @@ void Tfrm_check::ShowFound() {
 }
 
 TAnswer Tfrm_check::Receive(const TMessage &Message) {
-  if (Message.Id != WM_AREA_SCANNED)
-    return TForm::Receive(Message);
-  AreaScanned(AreaIndex(static_cast<int>(Message.WParam)),
-              static_cast<std::int32_t>(Message.LParam));
-  return 0;
+  switch (Message.Id) {
+  case WM_AREA_SCANNED:
+    AreaScanned(AreaIndex(static_cast<int>(Message.WParam)),
+                static_cast<std::int32_t>(Message.LParam));
+    return 0;
+  case WM_QUERYENDSESSION:
+    // While the system asks the other programs, a fix still gets to its end, where its
+    // backup gets its name.
+    if (Bench_.Busy && !IsScan())
+      StopRun();
+    break;
+  default:
+    break;
+  }
+  return TForm::Receive(Message);
 }
 
 void Tfrm_check::AreaScanned(std::size_t Row, std::int32_t Count) {

@@ -21,7 +21,8 @@ public:
   // For what the workbench's mode says. All must outlive it.
   Tfrm_check(TForm &Above, TWorkbench &Bench, TMainView &Main);
 
-  // The engine's word that an area is done comes as a message.
+  // The engine's word that an area is done comes as a message; so does the end of the
+  // user's session.
   TAnswer Receive(const TMessage &Message) override;
 
 private:

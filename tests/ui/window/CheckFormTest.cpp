@@ -458,6 +458,25 @@ TEST_F(FixDialog, WithoutABackupNothingIsRemovedAndNothingIsCalledASuccess) {
   EXPECT_EQ(Label.Text(), u"Repaired successfully.");
 }
 
+TEST_F(FixDialog, TheEndOfTheSessionEndsAFixWithItsBackupWhole) {
+  Tfrm_check Dialog(Main, Bench, Main);
+  Dialog.Show();
+  bool Asked = false;
+  OnPump = [&] {
+    if (Asked || Bench.Problems.TotalCount() != 2)
+      return;
+    Asked = true;
+    EXPECT_TRUE(SendMessageW(Dialog.Handle(), WM_QUERYENDSESSION, 0, 0)) << "it may end";
+  };
+  Press(Dialog.Find<TButton>(u"bt_scan"));
+  OnPump = nullptr;
+  EXPECT_TRUE(Asked);
+  EXPECT_EQ(Bench.Problems.TotalCount(), 2) << "no other problem was begun";
+  ASSERT_EQ(Data.Backups().size(), 1U);
+  EXPECT_TRUE(Data.Backups().front().starts_with(u"backup"));
+  EXPECT_EQ(Settings().Total(), 1);
+}
+
 TEST_F(FixDialog, StopAndCloseEndAFixBetweenTwoProblems) {
   const struct {
     const char *Why;
