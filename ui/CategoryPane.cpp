@@ -36,7 +36,17 @@ void TCategoryPane::Mark(int Category) {
 
 void TCategoryPane::NameEntries() {
   for (const TEntry &Each : Entries_)
-    Each.Note->SetText(Each.Caption->Text());
+    Each.Name();
+}
+
+void TCategoryPane::TEntry::Name() const {
+  const std::u16string &Number = Count->Text();
+  Note->SetText(Caption->Text() + (Number.empty() ? u"" : u" " + Number));
+}
+
+void TCategoryPane::TEntry::ShowCount(std::u16string_view Number) const {
+  Count->SetText(Number);
+  Name();
 }
 
 void TCategoryPane::ShowCounts(const TListViewManage &Problems) {
@@ -48,14 +58,14 @@ void TCategoryPane::ShowCounts(const TListViewManage &Problems) {
     else if (const TGroupItems *Group =
                  Problems.FindGroup(ToDecimal(static_cast<unsigned>(Each.Caption->Tag))))
       Count = Group->Count();
-    Each.Count->SetText(CountCaption(Count));
+    Each.ShowCount(CountCaption(Count));
   }
 }
 
 void TCategoryPane::ClearCounts() {
   const TLayoutPause Pause(Form_);
   for (const TEntry &Each : Entries_)
-    Each.Count->SetText(u"");
+    Each.ShowCount(u"");
 }
 
 const std::u16string &TCategoryPane::Caption(int Category) const {

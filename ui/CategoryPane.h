@@ -41,6 +41,9 @@ private:
     TImageNote *Note;
     TLabel *Caption;
     TLabel *Count;
+
+    void Name() const;
+    void ShowCount(std::u16string_view Number) const;
   };
 
   const TEntry &Entry(int Category) const {

@@ -435,6 +435,7 @@ TEST_F(MainWindow, TouchesNoProblemDuringARun) {
   EXPECT_EQ(Text(u"Lab_reg"), u"Fonts");
   EXPECT_EQ(Text(u"Lab_count"), u"1");
   EXPECT_EQ(Text(u"lab_5"), u"(1)");
+  EXPECT_EQ(Text(u"ImageNote_5"), u"Fonts (1)") << "what aids for the blind read";
   EXPECT_EQ(Text(u"lab_10"), u"");
   EXPECT_EQ(Panel(0), u"1 problems found");
   EXPECT_EQ(Panel(1), u"1 problems selected for fixing");
