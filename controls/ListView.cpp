@@ -50,6 +50,12 @@ void TListView::SetImages(const TImageList *Images) {
     MakeCheckImages();
 }
 
+void TListView::ColorsChanged() {
+  // The system's control hears of it from nobody else.
+  Inherited({WM_SYSCOLORCHANGE, 0, 0});
+  TakeColors();
+}
+
 void TListView::TakeColors() {
   // The ground is drawn here; one of the system's control would stand behind each picture,
   // whatever the row's colour is.
@@ -242,6 +248,10 @@ void TListView::Select(int Row) {
   Item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
   Item.state = Row < 0 ? 0 : Item.stateMask;
   Ask(LVM_SETITEMSTATE, static_cast<WPARAM>(Changed), reinterpret_cast<LPARAM>(&Item));
+  ShowRow(Row);
+}
+
+void TListView::ShowRow(int Row) {
   if (Row >= 0)
     Ask(LVM_ENSUREVISIBLE, static_cast<WPARAM>(Row), FALSE);
 }
@@ -304,8 +314,10 @@ std::intptr_t TListView::CustomDraw(void *Request) {
     Call<TRowLookHandler>(TEvent::RowLook, *this, static_cast<int>(Draw.nmcd.dwItemSpec), Row);
     Draw.clrText = Look().Color(Row.Text);
     Draw.clrTextBk = Look().Color(Row.Ground);
-    // The system's control leaves out what lies under the pictures.
-    TCanvas(Draw.nmcd.hdc, Look()).Fill(FromSystem(Draw.nmcd.rc), Row.Ground);
+    // The system's control leaves out what lies under the pictures. Its older versions do
+    // not say where the row is.
+    TCanvas(Draw.nmcd.hdc, Look())
+        .Fill(RowBounds(static_cast<int>(Draw.nmcd.dwItemSpec)), Row.Ground);
   }
   return CDRF_DODEFAULT;
 }
@@ -351,6 +363,7 @@ void TListView::PressKey(const TMessage &Message) {
   Inherited(Message);
   const int Row = Selected();
   if (Message.WParam == VK_SPACE && Checks_ && Row >= 0) {
+    ShowRow(Row); // nothing can be pressed outside the window
     const TRect Box = CheckBounds(Row);
     PressAt({Box.Left + Box.Width / 2, Box.Top + Box.Height / 2});
   } else if (Row != Before) {
@@ -394,6 +407,7 @@ void TListView::PaintBuffered() {
 void TListView::OpenPopup(std::intptr_t Screen) {
   TPoint Place = PointOf(Screen);
   if (Screen == -1) { // the key for menus: at the selected row
+    ShowRow(Selected());
     const TRect Row = RowBounds(std::max(0, Selected()));
     POINT Corner{Row.Left + Look().Scale(CheckUnits), Row.Bottom()};
     ClientToScreen(Handle(), &Corner);

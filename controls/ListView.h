@@ -62,7 +62,7 @@ public:
   void Refresh();
   void RefreshRow(int Row);
 
-  // Of a plain list; rows and columns that are not there are ignored. SetText makes
+  // Of a plain list; rows and columns that are not there are ignored. SetCell makes
   // the columns before it when they are missing.
   void ClearRows();
   int AddRow(TListCells Cells);
@@ -90,7 +90,7 @@ public:
   void Paint(TCanvas &Canvas) override { static_cast<void>(Canvas); }
   TAnswer Receive(const TMessage &Message) override;
   TAnswer Reflected(const TMessage &Message) override;
-  void ColorsChanged() override { TakeColors(); }
+  void ColorsChanged() override;
   void VisitTexts(const TTextVisitor &Visit) override;
 
 protected:
@@ -104,6 +104,7 @@ private:
   std::intptr_t CustomDraw(void *Request);
   void PressAt(TPoint Point);
   void PressKey(const TMessage &Message);
+  void ShowRow(int Row); // scrolls it into the window, if need be; -1 is none
   void OpenPopup(std::intptr_t Screen);
   void TakeColors();
   void MakeCheckImages();

@@ -93,6 +93,25 @@ TEST_F(VirtualList, TheKeyboardDoesWhatTheMouseDoes) {
   EXPECT_TRUE(ShownChecked(List, 4));
 }
 
+TEST_F(VirtualList, AKeyActsOnItsRowAlsoWhenThatIsOutOfSight) {
+  Fill(1'000);
+  List.Focus();
+  List.Select(3);
+  const auto ScrollAway = [this] {
+    SendMessageW(List.Handle(), LVM_ENSUREVISIBLE, 900, FALSE);
+    ASSERT_GT(List.TopRow(), 3);
+  };
+  ScrollAway();
+  Type(VK_SPACE);
+  EXPECT_TRUE(ShownChecked(List, 3));
+  EXPECT_LE(List.TopRow(), 3) << "nobody has seen what changed";
+  ScrollAway();
+  PostMessageW(List.Handle(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(List.Handle()), -1);
+  PostKey(VK_ESCAPE);
+  PumpMessages();
+  EXPECT_LE(List.TopRow(), 3) << "the menu opens at its row";
+}
+
 TEST_F(VirtualList, TellsWhichHeaderWasPressed) {
   Fill(3);
   const auto Header = reinterpret_cast<HWND>(SendMessageW(List.Handle(), LVM_GETHEADER, 0, 0));
