@@ -29,11 +29,20 @@ DWORD FormStyle(const TFormTable &Table) {
   return Style;
 }
 
+// What the task bar leaves of the screen that has most of the window; of the first one for
+// none.
+RECT ScreenOf(HWND Window) {
+  MONITORINFO Info{};
+  Info.cbSize = sizeof Info;
+  if (!GetMonitorInfoW(MonitorFromWindow(Window, MONITOR_DEFAULTTOPRIMARY), &Info))
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &Info.rcWork, 0);
+  return Info.rcWork;
+}
+
 // In the middle of another window, or of the screen, and whole on the screen.
 TPoint Centered(const TSize &Size, HWND Over) {
-  RECT Screen, Place;
-  SystemParametersInfoW(SPI_GETWORKAREA, 0, &Screen, 0);
-  Place = Screen;
+  const RECT Screen = ScreenOf(Over);
+  RECT Place = Screen;
   if (Over && !IsIconic(Over) && IsWindowVisible(Over))
     GetWindowRect(Over, &Place);
   const auto Fit = [](LONG From, LONG To, int Extent, LONG Least, LONG Most) {
@@ -204,10 +213,10 @@ void TForm::SetClientSize(const TSize &Pixels) {
 }
 
 void TForm::SetSizeOnScreen(const TSize &Pixels) {
-  RECT Window, Inside, Screen;
+  RECT Window, Inside;
   GetWindowRect(Handle(), &Window);
   GetClientRect(Handle(), &Inside);
-  SystemParametersInfoW(SPI_GETWORKAREA, 0, &Screen, 0);
+  const RECT Screen = ScreenOf(OwnerWindow());
   const auto Fit = [](LONG Room, LONG Whole, LONG Part, int Wanted, int Least) {
     return std::max(std::min(Wanted, static_cast<int>(Room - (Whole - Part))), Least);
   };

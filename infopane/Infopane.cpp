@@ -18,9 +18,12 @@ HINSTANCE Library = nullptr;
 // In the middle of the window that the dialog opens over, or of the screen, and whole on
 // the screen.
 void Center(HWND Dialog, HWND Over) {
-  RECT Screen, Place, Own;
-  SystemParametersInfoW(SPI_GETWORKAREA, 0, &Screen, 0);
-  Place = Screen;
+  MONITORINFO Info = {};
+  Info.cbSize = sizeof Info;
+  if (!GetMonitorInfoW(MonitorFromWindow(Over, MONITOR_DEFAULTTOPRIMARY), &Info))
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &Info.rcWork, 0);
+  const RECT Screen = Info.rcWork;
+  RECT Place = Screen, Own;
   if (Over && !IsIconic(Over) && IsWindowVisible(Over))
     GetWindowRect(Over, &Place);
   GetWindowRect(Dialog, &Own);
