@@ -249,6 +249,11 @@ bool TForm::TranslateKey(tagMSG *Message) {
   if (Message->message == WM_KEYDOWN) {
     TWindowControl *Focused = FocusedControl();
     const auto Key = static_cast<unsigned>(Message->wParam);
+    // A key that is held down presses once: the next press may find another form, or a
+    // button that has come to mean the opposite.
+    if ((HIWORD(Message->lParam) & KF_REPEAT) &&
+        (Key == VK_RETURN || Key == VK_ESCAPE || Key == VK_SPACE))
+      return true;
     TButton *Meant = Key == VK_RETURN ? Default_ : Key == VK_ESCAPE ? Cancel_ : nullptr;
     if (Key == VK_RETURN)
       if (auto *Button = dynamic_cast<TButton *>(Focused))

@@ -247,6 +247,23 @@ TEST_F(Form, AModalFormGoesOnlyWhenItsHandlersHaveEnded) {
   EXPECT_EQ(Dialog.Happened, (TNames{u"demo_dialog", u"Close", u"worked", u"demo_dialog"}));
 }
 
+TEST_F(Form, AKeyThatIsHeldDownPressesOnce) {
+  TDemoDialog Dialog(Look, nullptr);
+  Dialog.Show();
+  constexpr LPARAM Held = 1 | LPARAM{KF_REPEAT} << 16;
+  Dialog.Find<TButton>(u"Scan").Focus();
+  for (const int Key : {VK_RETURN, VK_SPACE}) {
+    Dialog.Happened.clear();
+    PostKey(Key);
+    PostMessageW(GetFocus(), WM_KEYDOWN, static_cast<WPARAM>(Key), Held);
+    PumpMessages();
+    EXPECT_EQ(Dialog.Happened, TNames{u"Scan"}) << Key;
+  }
+  PostMessageW(GetFocus(), WM_KEYDOWN, VK_ESCAPE, Held); // it closed the form before
+  PumpMessages();
+  EXPECT_TRUE(Dialog.Visible());
+}
+
 TEST_F(Form, TheRequestToEndReachesTheOuterLoop) {
   TDemoWindow Window(Look);
   Window.Show();
