@@ -124,8 +124,10 @@ void TForm::Show() {
 bool TForm::ShowModal() {
   Modal_ = true;
   Closing_ = false;
-  if (Above_)
+  if (Above_) {
+    Above_->Over_ = this;
     EnableWindow(Above_->Handle(), FALSE);
+  }
   bool GoesOn = false;
   try {
     Show();
@@ -147,8 +149,12 @@ void TForm::SetHidden() {
   TakeVisible(false);
   if (Handle())
     ShowWindow(Handle(), SW_HIDE);
-  if (std::exchange(Modal_, false) && Above_)
-    SetActiveWindow(Above_->Handle());
+  if (!std::exchange(Modal_, false) || !Above_)
+    return;
+  SetActiveWindow(Above_->Handle());
+  Above_->Over_ = nullptr;
+  if (std::exchange(Above_->CloseWaits_, false))
+    PostMessageW(Above_->Handle(), WM_CLOSE, 0, 0);
 }
 
 void TForm::Close() {
@@ -278,7 +284,11 @@ bool TForm::TranslateKey(tagMSG *Message) {
 TAnswer TForm::Receive(const TMessage &Message) {
   switch (Message.Id) {
   case WM_CLOSE:
-    if (!Cancel_)
+    if (Over_) {
+      // What works there comes to its end first.
+      CloseWaits_ = true;
+      PostMessageW(Over_->Handle(), WM_CLOSE, 0, 0);
+    } else if (!Cancel_)
       Close();
     else if (Cancel_->Enabled())
       Cancel_->Click();

@@ -58,6 +58,8 @@ public:
   // Ends it: hides it, and tells the handler of TEvent::Close. A modal form goes only when
   // all its handlers have come to their end, so that one that pumps messages meanwhile
   // never finds the form above free for another start.
+  // A form that the system asks to close while a modal one is over it has that one closed
+  // before.
   void Close();
 
   // ---- layout ---------------------------------------------------------------------
@@ -100,6 +102,7 @@ private:
 
   TLook &Look_;
   TForm *Above_;
+  TForm *Over_ = nullptr; // the modal form that is open over this one
   std::vector<std::unique_ptr<TComponent>> Components_;
   std::vector<TMenuItem *> Commands_;
   std::unique_ptr<THints> Hints_;
@@ -111,6 +114,7 @@ private:
   bool LayoutWanted_ = false;
   bool Modal_ = false;
   bool Closing_ = false;
+  bool CloseWaits_ = false; // asked for while Over_ was there
   bool Dialog_;
   bool Arranging_ = false;
 };

@@ -264,6 +264,28 @@ TEST_F(Form, AKeyThatIsHeldDownPressesOnce) {
   EXPECT_TRUE(Dialog.Visible());
 }
 
+TEST_F(Form, AModalFormIsClosedBeforeTheOneAbove) {
+  TDemoWindow Window(Look);
+  Window.Show();
+  TDemoDialog Dialog(Look, &Window);
+  auto &Scan = Dialog.Find<TButton>(u"Scan");
+  Scan.Bind(TEvent::Click, TNotify([&](TComponent &) {
+              PostMessageW(Window.Handle(), WM_CLOSE, 0, 0); // as the system may ask any window
+              PumpMessages();
+              EXPECT_TRUE(Dialog.Visible()) << "its handler has not ended";
+              EXPECT_TRUE(Window.Visible());
+            }));
+  PostClick(Scan);
+  EXPECT_TRUE(ShowModalForm(Dialog));
+  EXPECT_TRUE(WaitUntil([&] { return !Window.Visible(); }));
+  Window.Show();
+  TDemoDialog Next(Look, &Window);
+  PostMessageW(Next.Handle(), WM_CLOSE, 0, 0);
+  EXPECT_TRUE(ShowModalForm(Next));
+  PumpMessages();
+  EXPECT_TRUE(Window.Visible()) << "that wish has come true already";
+}
+
 TEST_F(Form, TheRequestToEndReachesTheOuterLoop) {
   TDemoWindow Window(Look);
   Window.Show();
