@@ -93,6 +93,23 @@ TEST_F(TInfopaneTest, AboutBoxTellsTheVersionAndClosesByItsKeys) {
   }
 }
 
+TEST_F(TInfopaneTest, AboutBoxSpeaksTheLanguageOfTheProgram) {
+  TTestBench Bench({}, WindowPlatform(Shipped()));
+  static const struct {
+    const char16_t *Language;
+    const char16_t *Caption;
+  } Cases[] = {{u"German", u"Info \u00fcber Hivesweep"}, {u"English", u"About Hivesweep"}};
+  for (const auto &C : Cases) {
+    Bench.Language.SetLanguage(C.Language);
+    const LCID Before = GetThreadLocale();
+    const TDialogReader Reader(VK_ESCAPE);
+    ShowAbout(Above_, Bench);
+    ASSERT_FALSE(TDialogReader::Lines().empty());
+    EXPECT_EQ(TDialogReader::Lines().front(), C.Caption);
+    EXPECT_EQ(GetThreadLocale(), Before);
+  }
+}
+
 TEST_F(TInfopaneTest, LibraryExportsItsFunctionsByTheirBareNames) {
   const HMODULE Library = LoadLibraryW(Wide(Shipped() + u"Infopane.dll"));
   ASSERT_TRUE(Library);
