@@ -187,6 +187,9 @@ void TToolBar::Move(int Step) {
       break;
     }
   }
+  // For those who read a window's text: where the keyboard is.
+  if (Current_)
+    SetWindowTextW(Handle(), Wide(Current_->Caption()));
   Invalidate();
 }
 

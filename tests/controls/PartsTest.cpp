@@ -43,6 +43,9 @@ TEST_F(Parts, ABarRunsItsEntriesByMouseAndKeyboard) {
   Window.Find<TMenuItem>(u"BarFix").SetEnabled(true);
   Bar.Focus();
   Type(VK_RIGHT);
+  wchar_t Read[20] = L"";
+  GetWindowTextW(Bar.Handle(), Read, static_cast<int>(std::size(Read)));
+  EXPECT_EQ(FromWide(Read), Window.Find<TMenuItem>(u"BarFix").Caption());
   Type(VK_RETURN);
   Type(VK_LEFT);
   Type(VK_SPACE);
