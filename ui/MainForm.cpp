@@ -65,8 +65,7 @@ std::vector<TNamedHandler> Tfrm_main::Handlers() {
           Handler(u"Timer1Timer", this, &Tfrm_main::Timer1Timer)};
 }
 
-void Tfrm_main::FormShow(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::FormShow(TComponent &) {
   const TLayoutPause Pause(*this);
   Translate(Bench_.Language, *this);
   List_.SetColumnCaption(0, std::u16string(FirstColumnIndent) +
@@ -104,8 +103,7 @@ void Tfrm_main::RefreshCounts() {
   Details_.SetCount(Pane_.Number(Category_));
 }
 
-void Tfrm_main::Timer1Timer(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::Timer1Timer(TComponent &) {
   if (Bench_.Busy)
     RefreshCounts();
 }
@@ -175,8 +173,7 @@ void Tfrm_main::Lv_problemsData(TListView &Sender, int Row, TListCells &Cells) {
   Cells.Checked = Found.Item->Checked;
 }
 
-void Tfrm_main::Lv_problemsCustomDrawItem(TListView &Sender, int Row, TRowLook &Look) {
-  static_cast<void>(Sender);
+void Tfrm_main::Lv_problemsCustomDrawItem(TListView &, int Row, TRowLook &Look) {
   const TItemInfo *Item = ItemOf(Row);
   if (!Item)
     return;
@@ -195,8 +192,7 @@ void Tfrm_main::Lv_problemsCustomDrawItem(TListView &Sender, int Row, TRowLook &
   }
 }
 
-void Tfrm_main::Lv_problemsClick(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::Lv_problemsClick(TComponent &) {
   const int Row = List_.RowAt(List_.PressedAt());
   TItemInfo *Item = Row >= 0 ? ItemOf(Row) : nullptr;
   if (!Item || !List_.CheckBounds(Row).Contains(List_.PressedAt())) {
@@ -219,20 +215,17 @@ void Tfrm_main::Lv_problemsColumnClick(TListView &Sender, int Column) {
 
 // ---- selection for fixing --------------------------------------------------------------
 
-void Tfrm_main::checkall1Click(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::checkall1Click(TComponent &) {
   Bench_.Problems.CheckAll(true);
   SelectionChanged();
 }
 
-void Tfrm_main::Nonechecked1Click(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::Nonechecked1Click(TComponent &) {
   Bench_.Problems.CheckAll(false);
   SelectionChanged();
 }
 
-void Tfrm_main::InverseSelection1Click(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::InverseSelection1Click(TComponent &) {
   for (TItemInfo *const Item : Bench_.Problems.ViewItems())
     Item->Checked = !Item->Checked;
   SelectionChanged();
@@ -271,15 +264,13 @@ void Tfrm_main::ShowTotal() {
 
 // ---- commands ----------------------------------------------------------------------------
 
-void Tfrm_main::dxBarButton7Click(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::dxBarButton7Click(TComponent &) {
   Bench_.DialogMode = TDialogMode::Scan;
   Tfrm_check Dialog(*this, Bench_, *this);
   Dialog.ShowModal();
 }
 
-void Tfrm_main::dxBarButton8Click(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::dxBarButton8Click(TComponent &) {
   const std::int32_t Selected = Bench_.Problems.CheckedCount();
   if (Selected == 0) {
     Tell(*this, Bench_.Language, LanguageText(u"NoErrorSelected"), TMessageKind::Information);
@@ -291,35 +282,29 @@ void Tfrm_main::dxBarButton8Click(TComponent &Sender) {
   Dialog.ShowModal();
 }
 
-void Tfrm_main::dxBarButton6Click(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::dxBarButton6Click(TComponent &) {
   Tfrm_ignored Dialog(*this, Bench_, *this);
   Dialog.ShowModal();
 }
 
-void Tfrm_main::dxBarLargeButton4Click(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::dxBarLargeButton4Click(TComponent &) {
   Tfrm_rescue Dialog(*this, Bench_);
   Dialog.ShowModal();
 }
 
-void Tfrm_main::dxBarButton2Click(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::dxBarButton2Click(TComponent &) {
   Close();
 }
 
-void Tfrm_main::dxBarButton19Click(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::dxBarButton19Click(TComponent &) {
   NavigateToHomePage(*this, Bench_);
 }
 
-void Tfrm_main::dxBarButton11Click(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::dxBarButton11Click(TComponent &) {
   ShowAbout(*this, Bench_);
 }
 
-void Tfrm_main::dxBarButton10Click(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::dxBarButton10Click(TComponent &) {
   OpenManual(*this, Bench_);
 }
 
@@ -328,22 +313,19 @@ void Tfrm_main::dxBarButton9Click(TComponent &Sender) {
   dynamic_cast<TMenuItem &>(Sender).SetChecked(Details_.ShowsDescriptions());
 }
 
-void Tfrm_main::PopupMenu1Popup(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::PopupMenu1Popup(TComponent &) {
   // A press of the right button selects, too.
   ShowSelected();
   for (const std::u16string_view Entry : {u"Jumptoentry1", u"IgnoredProblem1"})
     Find<TMenuItem>(Entry).SetEnabled(List_.Selected() >= 0);
 }
 
-void Tfrm_main::Jumptoentry1Click(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::Jumptoentry1Click(TComponent &) {
   if (const TItemInfo *Item = ItemOf(List_.Selected()))
     OpenEntry(Item->KeyPath, Item->Data);
 }
 
-void Tfrm_main::Lab_msClick(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::Lab_msClick(TComponent &) {
   if (Details_.HasProblem())
     OpenEntry(Details_.KeyPath(), Details_.Data());
 }
@@ -356,8 +338,7 @@ void Tfrm_main::OpenEntry(std::u16string_view KeyPath, std::u16string_view Data)
     Bench_.Platform.Shell->Open(u"explorer", std::u16string(u" /select,").append(Data));
 }
 
-void Tfrm_main::IgnoredProblem1Click(TComponent &Sender) {
-  static_cast<void>(Sender);
+void Tfrm_main::IgnoredProblem1Click(TComponent &) {
   const int Row = List_.Selected();
   const TItemInfo *Item = ItemOf(Row);
   if (!Item)
