@@ -42,4 +42,15 @@ struct TAnchors {
   bool Bottom = false;
 };
 
+// The sides by which most controls hold on to their parent.
+namespace Edges {
+inline constexpr TAnchors Across{.Right = true}; // at the top
+inline constexpr TAnchors All{.Right = true, .Bottom = true};
+inline constexpr TAnchors Left{.Bottom = true};
+inline constexpr TAnchors Right{.Left = false, .Right = true};
+inline constexpr TAnchors Bottom{.Top = false, .Right = true, .Bottom = true};
+inline constexpr TAnchors BottomLeft{.Top = false, .Bottom = true};
+inline constexpr TAnchors BottomRight{.Left = false, .Top = false, .Right = true, .Bottom = true};
+} // namespace Edges
+
 } // namespace hivesweep

@@ -15,11 +15,6 @@ namespace hivesweep {
 
 namespace {
 
-constexpr TAnchors Across{.Right = true};
-constexpr TAnchors All{.Right = true, .Bottom = true};
-constexpr TAnchors BottomEdge{.Top = false, .Right = true, .Bottom = true};
-constexpr TAnchors BottomRight{.Left = false, .Top = false, .Right = true, .Bottom = true};
-
 constexpr int StatusColumn = 1;
 
 // What lies where, by what the dialog is opened for: a fix has no areas to show.
@@ -30,8 +25,8 @@ struct TPlaces {
   int Buttons;
   TAnchors Strip; // of the labels and the bar that show how far a run is
 };
-constexpr TPlaces ScanPlaces{{404, 360}, 18, 270, 318, BottomEdge};
-constexpr TPlaces FixPlaces{{404, 164}, 32, 64, 122, Across};
+constexpr TPlaces ScanPlaces{{404, 360}, 18, 270, 318, Edges::Bottom};
+constexpr TPlaces FixPlaces{{404, 164}, 32, 64, 122, Edges::Across};
 
 TFormTable CheckTable(TDialogMode Mode) {
   const bool IsScan = Mode == TDialogMode::Scan;
@@ -68,13 +63,13 @@ TFormTable CheckTable(TDialogMode Mode) {
                .On = {{TEvent::Click, u"SelectAll2Click"}}},
               {.Name = u"Label_Discraption",
                .Place = {16, 16, 372, At.Description},
-               .Anchors = Across,
+               .Anchors = Edges::Across,
                .Wrapped = true},
               {.Name = u"Lv_check",
                .Kind = TKind::ListView,
                .Place = {16, 42, 372, 220},
                .On = {{TEvent::MouseDown, u"Lv_checkMouseDown"}},
-               .Anchors = All,
+               .Anchors = Edges::All,
                .Visible = IsScan,
                .Checks = true,
                .Columns = {{u"Areas", 200}, {u"Status", 145}},
@@ -90,14 +85,14 @@ TFormTable CheckTable(TDialogMode Mode) {
                .Kind = TKind::Button,
                .Place = {220, At.Buttons, 80, 26},
                .On = {{TEvent::Click, u"bt_scanClick"}},
-               .Anchors = BottomRight,
+               .Anchors = Edges::BottomRight,
                .Default = true},
               {.Name = u"Bt_close",
                .Kind = TKind::Button,
                .Place = {308, At.Buttons, 80, 26},
                .Caption = u"Close",
                .On = {{TEvent::Click, u"Bt_closeClick"}},
-               .Anchors = BottomRight,
+               .Anchors = Edges::BottomRight,
                .Cancel = true},
               {.Name = u"Timer1",
                .Kind = TKind::Timer,

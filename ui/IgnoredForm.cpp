@@ -9,10 +9,6 @@ namespace hivesweep {
 
 namespace {
 
-constexpr TAnchors Across{.Right = true};
-constexpr TAnchors All{.Right = true, .Bottom = true};
-constexpr TAnchors BottomRight{.Left = false, .Top = false, .Right = true, .Bottom = true};
-
 TFormTable IgnoredTable() {
   return {
       .Name = u"frm_ignored",
@@ -39,18 +35,18 @@ TFormTable IgnoredTable() {
                .Caption = u"The below list contains all programs that are currently ignored by "
                           u"Hivesweep. If you do not want to ignore some programs, select them "
                           u"and click \"Remove\" button.",
-               .Anchors = Across,
+               .Anchors = Edges::Across,
                .Wrapped = true},
               {.Name = u"Label_title",
                .Place = {16, 60, 544, 18},
                .Caption = u"Ignored problems:",
-               .Anchors = Across,
+               .Anchors = Edges::Across,
                .Font = TFontRole::Bold},
               {.Name = u"Lv_ignored",
                .Kind = TKind::ListView,
                .Place = {16, 82, 544, 160},
                .On = {{TEvent::MouseDown, u"Lv_ignoredMouseDown"}},
-               .Anchors = All,
+               .Anchors = Edges::All,
                .Checks = true,
                .Columns = {{u"Registry key", 370}, {u"Registry value", 150}},
                .Popup = u"PopupMenu1"},
@@ -59,7 +55,7 @@ TFormTable IgnoredTable() {
                .Place = {384, 258, 84, 26},
                .Caption = u"Remove",
                .On = {{TEvent::Click, u"Bt_removeClick"}},
-               .Anchors = BottomRight,
+               .Anchors = Edges::BottomRight,
                .Enabled = false,
                .Default = true},
               {.Name = u"Bt_close",
@@ -67,7 +63,7 @@ TFormTable IgnoredTable() {
                .Place = {476, 258, 84, 26},
                .Caption = u"Close",
                .On = {{TEvent::Click, u"Bt_closeClick"}},
-               .Anchors = BottomRight,
+               .Anchors = Edges::BottomRight,
                .Cancel = true},
           },
   };

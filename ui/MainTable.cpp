@@ -12,12 +12,6 @@ namespace hivesweep {
 
 namespace {
 
-constexpr TAnchors Across{.Right = true};
-constexpr TAnchors All{.Right = true, .Bottom = true};
-constexpr TAnchors LeftEdge{.Bottom = true};
-constexpr TAnchors RightEdge{.Left = false, .Right = true};
-constexpr TAnchors BottomEdge{.Top = false, .Right = true, .Bottom = true};
-
 constexpr int PaneWidth = 210, RightWidth = 550;
 
 constexpr std::u16string_view SmallImages = u"Images_small";
@@ -128,8 +122,10 @@ void AddMenus(TFormTable &Table) {
 }
 
 void AddBar(TFormTable &Table) {
-  Table.Rows.push_back(
-      {.Name = u"Bar_main", .Kind = TKind::ToolBar, .Place = {0, 0, 760, 62}, .Anchors = Across});
+  Table.Rows.push_back({.Name = u"Bar_main",
+                        .Kind = TKind::ToolBar,
+                        .Place = {0, 0, 760, 62},
+                        .Anchors = Edges::Across});
   for (const TEntryRow &Entry : BarEntries)
     AddEntry(Table, Entry, LargeImages);
 }
@@ -146,7 +142,7 @@ void AddCategory(TFormTable &Table, int Category) {
                         .Place = {0, 6 + Pitch * (Category - 1), PaneWidth, Pitch},
                         .Parent = u"Panel_categories",
                         .On = On,
-                        .Anchors = Across});
+                        .Anchors = Edges::Across});
   Table.Rows.push_back({.Name = NameOf(u"Image_", Category),
                         .Kind = TKind::Image,
                         .Place = {11, 3, 16, 16},
@@ -165,7 +161,7 @@ void AddCategory(TFormTable &Table, int Category) {
                         .Place = {166, 2, 36, 18},
                         .Parent = Entry,
                         .On = On,
-                        .Anchors = RightEdge,
+                        .Anchors = Edges::Right,
                         .Color = TColorRole::PaneText,
                         .Align = TAlign::Right});
 }
@@ -174,7 +170,7 @@ void AddPane(TFormTable &Table) {
   Table.Rows.push_back({.Name = u"Panel_categories",
                         .Kind = TKind::Panel,
                         .Place = {0, 62, PaneWidth, 408},
-                        .Anchors = LeftEdge,
+                        .Anchors = Edges::Left,
                         .Ground = TColorRole::Pane});
   for (int Category = SummaryCategory; Category <= CategoryCount; ++Category)
     AddCategory(Table, Category);
@@ -190,18 +186,18 @@ std::vector<TComponentRow> DetailRows() {
       {.Name = Details,
        .Kind = TKind::Panel,
        .Place = {PaneWidth, 62, RightWidth, 134},
-       .Anchors = Across},
+       .Anchors = Edges::Across},
       {.Name = u"Lab_reg",
        .Place = {22, 8, 430, 24},
        .Parent = Details,
-       .Anchors = Across,
+       .Anchors = Edges::Across,
        .Font = TFontRole::Title,
        .Color = TColorRole::Heading,
        .Ellipsis = true},
       {.Name = u"Lab_count",
        .Place = {460, 8, 68, 24},
        .Parent = Details,
-       .Anchors = RightEdge,
+       .Anchors = Edges::Right,
        .Font = TFontRole::Title,
        .Color = TColorRole::QuietText,
        .Align = TAlign::Right},
@@ -209,20 +205,20 @@ std::vector<TComponentRow> DetailRows() {
        .Place = {22, 34, 506, 16},
        .Caption = u"Click \"Scan\" in the menu bar to search the registry for problems.",
        .Parent = Details,
-       .Anchors = Across,
+       .Anchors = Edges::Across,
        .Wrapped = true},
       {.Name = u"Lab_ms",
        .Place = DescriptionPlace,
        .Parent = Details,
        .On = {{TEvent::Click, u"Lab_msClick"}},
-       .Anchors = Across,
+       .Anchors = Edges::Across,
        .Color = TColorRole::Heading,
        .Wrapped = true},
       {.Name = Summary,
        .Kind = TKind::Panel,
        .Place = {22, 55, 506, 64},
        .Parent = Details,
-       .Anchors = Across},
+       .Anchors = Edges::Across},
   };
 }
 
@@ -258,7 +254,7 @@ void AddLine(TFormTable &Table, const TLineRow &Line) {
         {.Name = Line.TextName,
          .Place = {Line.TextLeft, Line.Top, Line.Left + Width - Line.TextLeft, Height},
          .Parent = Line.Parent,
-         .Anchors = Across,
+         .Anchors = Edges::Across,
          .Ellipsis = true});
 }
 
@@ -275,7 +271,7 @@ std::vector<TComponentRow> ListRows() {
       {.Name = u"Panel_problems",
        .Kind = TKind::Panel,
        .Place = {PaneWidth, 196, RightWidth, 274},
-       .Anchors = All},
+       .Anchors = Edges::All},
       {.Name = u"CheckBox_selectall",
        .Kind = TKind::CheckBox,
        .Place = {22, 2, 120, 18},
@@ -290,7 +286,7 @@ std::vector<TComponentRow> ListRows() {
               {TEvent::Click, u"Lv_problemsClick"},
               {TEvent::ColumnClick, u"Lv_problemsColumnClick"},
               {TEvent::RowLook, u"Lv_problemsCustomDrawItem"}},
-       .Anchors = All,
+       .Anchors = Edges::All,
        .Checks = true,
        .Virtual = true,
        .Columns = {{u"      Type", 150}, {u"Risk Level", 100}, {u"Registry key", 380}},
@@ -299,7 +295,7 @@ std::vector<TComponentRow> ListRows() {
       {.Name = u"dxStatusBar1",
        .Kind = TKind::StatusBar,
        .Place = {0, 470, 760, 24},
-       .Anchors = BottomEdge,
+       .Anchors = Edges::Bottom,
        .Columns = {{u"", 195}, {u"", 450}}},
       {.Name = u"Timer1",
        .Kind = TKind::Timer,

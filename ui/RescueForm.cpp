@@ -13,11 +13,6 @@ namespace hivesweep {
 
 namespace {
 
-constexpr TAnchors Across{.Right = true};
-constexpr TAnchors All{.Right = true, .Bottom = true};
-constexpr TAnchors BottomEdge{.Top = false, .Right = true, .Bottom = true};
-constexpr TAnchors BottomRight{.Left = false, .Top = false, .Right = true, .Bottom = true};
-
 TFormTable RescueTable() {
   return {
       .Name = u"frm_rescue",
@@ -34,17 +29,17 @@ TFormTable RescueTable() {
                    u"Be cautious when using this function as it may affect the functionality of "
                    u"your softwares. Use this feature only when you have to restore to a previous "
                    u"working state. Select the items you want to restore from the list below.",
-               .Anchors = Across,
+               .Anchors = Edges::Across,
                .Wrapped = true},
               {.Name = u"Lv_back",
                .Kind = TKind::ListView,
                .Place = {16, 70, 496, 166},
                .On = {{TEvent::MouseDown, u"Lv_backMouseDown"}},
-               .Anchors = All,
+               .Anchors = Edges::All,
                .Columns = {{u"Backup Date", 200}, {u"Changes", 150}, {u"Size", 120}}},
               {.Name = u"Label_failure",
                .Place = {16, 244, 496, 18},
-               .Anchors = BottomEdge,
+               .Anchors = Edges::Bottom,
                .Visible = false,
                .Wrapped = true,
                .Ellipsis = true},
@@ -53,20 +48,20 @@ TFormTable RescueTable() {
                .Place = {188, 272, 112, 26},
                .Caption = u"Undo Changes",
                .On = {{TEvent::Click, u"Button1Click"}},
-               .Anchors = BottomRight,
+               .Anchors = Edges::BottomRight,
                .Default = true},
               {.Name = u"Button2",
                .Kind = TKind::Button,
                .Place = {308, 272, 112, 26},
                .Caption = u"Delete Backups",
                .On = {{TEvent::Click, u"Button2Click"}},
-               .Anchors = BottomRight},
+               .Anchors = Edges::BottomRight},
               {.Name = u"Button3",
                .Kind = TKind::Button,
                .Place = {428, 272, 84, 26},
                .Caption = u"Close",
                .On = {{TEvent::Click, u"Button3Click"}},
-               .Anchors = BottomRight,
+               .Anchors = Edges::BottomRight,
                .Cancel = true},
               {.Name = u"Timer1",
                .Kind = TKind::Timer,
