@@ -8,12 +8,11 @@
 
 #include "controls/ListView.h"
 #include "controls/MenuItem.h"
-#include "platform/DiskFile.h"
 #include "platform/Text.h"
 #include "scanners/ScannerTable.h"
 #include "tests/controls/User.h"
-#include "tests/ui/window/Picture.h"
 #include "tests/ui/window/TestWindow.h"
+#include "tools/Picture.h"
 #include "ui/CheckForm.h"
 #include "ui/IgnoredForm.h"
 #include "ui/MainForm.h"

@@ -1,4 +1,4 @@
-#include "tests/ui/window/Picture.h"
+#include "tools/Picture.h"
 
 #include <stdexcept>
 #include <string>
