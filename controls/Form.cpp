@@ -205,31 +205,31 @@ void TForm::Arrange() {
   Invalidate();
 }
 
+TSize TForm::FrameSize() const {
+  RECT Window;
+  GetWindowRect(Handle(), &Window);
+  const TSize Inside = ClientSize();
+  return {static_cast<int>(Window.right - Window.left) - Inside.Width,
+          static_cast<int>(Window.bottom - Window.top) - Inside.Height};
+}
+
 void TForm::SetClientSize(const TSize &Pixels) {
   // Twice: only the first change shows whether the menu then takes another line.
   for (int Try = 0; Try < 2; ++Try) {
-    const TSize Inside = ClientSize();
-    RECT Window;
-    GetWindowRect(Handle(), &Window);
-    SetWindowPos(Handle(), nullptr, 0, 0,
-                 static_cast<int>(Window.right - Window.left) + Pixels.Width - Inside.Width,
-                 static_cast<int>(Window.bottom - Window.top) + Pixels.Height - Inside.Height,
+    const TSize Frame = FrameSize();
+    SetWindowPos(Handle(), nullptr, 0, 0, Pixels.Width + Frame.Width, Pixels.Height + Frame.Height,
                  SWP_NOZORDER | SWP_NOMOVE | SWP_NOACTIVATE);
   }
 }
 
 void TForm::SetSizeOnScreen(const TSize &Pixels) {
-  RECT Window, Inside;
-  GetWindowRect(Handle(), &Window);
-  GetClientRect(Handle(), &Inside);
+  const TSize Frame = FrameSize();
   const RECT Screen = ScreenOf(OwnerWindow());
-  const auto Fit = [](LONG Room, LONG Whole, LONG Part, int Wanted, int Least) {
-    return std::max(std::min(Wanted, static_cast<int>(Room - (Whole - Part))), Least);
+  const auto Fit = [](LONG Room, int Border, int Wanted, int Least) {
+    return std::max(std::min(Wanted, static_cast<int>(Room) - Border), Least);
   };
-  SetClientSize({Fit(Screen.right - Screen.left, Window.right - Window.left, Inside.right,
-                     Pixels.Width, Least_.Width),
-                 Fit(Screen.bottom - Screen.top, Window.bottom - Window.top, Inside.bottom,
-                     Pixels.Height, Least_.Height)});
+  SetClientSize({Fit(Screen.right - Screen.left, Frame.Width, Pixels.Width, Least_.Width),
+                 Fit(Screen.bottom - Screen.top, Frame.Height, Pixels.Height, Least_.Height)});
 }
 
 // ---- keyboard ---------------------------------------------------------------------------
@@ -294,18 +294,17 @@ TAnswer TForm::Receive(const TMessage &Message) {
       Cancel_->Click();
     return 0;
   case WM_SIZE:
-    if (Message.WParam != SIZE_MINIMIZED)
+    if (Message.WParam != SIZE_MINIMIZED) {
+      Frame_ = FrameSize();
       RequestLayout();
+    }
     return 0;
-  case WM_GETMINMAXINFO: {
-    RECT Window, Inside;
-    GetWindowRect(Handle(), &Window);
-    GetClientRect(Handle(), &Inside);
-    auto *Limits = reinterpret_cast<MINMAXINFO *>(Message.LParam);
-    Limits->ptMinTrackSize = {Least_.Width + (Window.right - Window.left) - Inside.right,
-                              Least_.Height + (Window.bottom - Window.top) - Inside.bottom};
+  case WM_GETMINMAXINFO:
+    // With the frame that it had last: a window that is being restored still measures what
+    // it does minimised.
+    reinterpret_cast<MINMAXINFO *>(Message.LParam)->ptMinTrackSize = {
+        Least_.Width + Frame_.Width, Least_.Height + Frame_.Height};
     return 0;
-  }
   case WM_ACTIVATE:
     if (LOWORD(Message.WParam) == WA_INACTIVE) {
       if (FocusedControl())

@@ -97,6 +97,7 @@ private:
   void Arrange();
   TWindowControl *FocusedControl() const;
   TSize ClientSize() const;
+  TSize FrameSize() const; // of what is around the client area, both sides together
   void SetHidden();
   void ReloadColors();
 
@@ -110,6 +111,7 @@ private:
   TButton *Cancel_ = nullptr;
   HWND__ *LastFocus_ = nullptr;
   TSize Least_;
+  TSize Frame_; // FrameSize when the window was last seen at its size
   int Pauses_ = 1; // until it is built
   bool LayoutWanted_ = false;
   bool Modal_ = false;

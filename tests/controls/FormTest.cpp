@@ -401,6 +401,13 @@ TEST_F(Form, FollowsItsWindowDownToTheLeastSize) {
             (TRect{0, Status.Top + 50, Status.Width + 100, Status.Height}));
   Resize(-300, -300);
   EXPECT_EQ(Window.Find<TControl>(u"List").Bounds(), List);
+  for (const int Command : {SW_MINIMIZE, SW_RESTORE, SW_MAXIMIZE, SW_MINIMIZE, SW_RESTORE}) {
+    ShowWindow(Window.Handle(), Command);
+    PumpMessages();
+  }
+  ShowWindow(Window.Handle(), SW_RESTORE); // from its largest size
+  PumpMessages();
+  EXPECT_EQ(Window.Find<TControl>(u"List").Bounds(), List) << "back from the task bar";
 }
 
 TEST_F(Form, ATextOfAnyLengthIsShortenedAndToldInFullByItsHint) {
