@@ -97,7 +97,8 @@ TSize TStatusBar::Needed(int Width) const {
 }
 
 TRect TStatusBar::Grip() const {
-  const bool Can = (GetWindowLongW(Owner()->Handle(), GWL_STYLE) & WS_THICKFRAME) != 0;
+  const LONG Style = GetWindowLongW(Owner()->Handle(), GWL_STYLE);
+  const bool Can = (Style & (WS_THICKFRAME | WS_MAXIMIZE)) == WS_THICKFRAME;
   const int Extent = Can ? Bounds().Height : 0;
   return {Bounds().Width - Extent, 0, Extent, Bounds().Height};
 }

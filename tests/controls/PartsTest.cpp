@@ -135,12 +135,16 @@ TEST_F(Parts, APanelOfLessWeightTakesWhatTheOthersDoNotNeed) {
   EXPECT_EQ(Status.ShownHint(), Longer);
 }
 
-TEST_F(Parts, TheGripResizesTheForm) {
+TEST_F(Parts, TheGripResizesTheFormUnlessItIsMaximised) {
   const auto &Status = Window.Find<TStatusBar>(u"Status");
-  POINT Corner{Status.Bounds().Width - 4, Status.Bounds().Height - 4};
-  ClientToScreen(Status.Handle(), &Corner);
-  EXPECT_EQ(SendMessageW(Status.Handle(), WM_NCHITTEST, 0, MAKELPARAM(Corner.x, Corner.y)),
-            HTBOTTOMRIGHT);
+  const auto HitCorner = [&Status] {
+    POINT Corner{Status.Bounds().Width - 4, Status.Bounds().Height - 4};
+    ClientToScreen(Status.Handle(), &Corner);
+    return SendMessageW(Status.Handle(), WM_NCHITTEST, 0, MAKELPARAM(Corner.x, Corner.y));
+  };
+  EXPECT_EQ(HitCorner(), HTBOTTOMRIGHT);
+  ShowWindow(Window.Handle(), SW_MAXIMIZE);
+  EXPECT_EQ(HitCorner(), HTCLIENT);
 }
 
 TEST_F(Parts, ATimerRunsOnlyWhileItIsEnabled) {
