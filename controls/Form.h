@@ -111,7 +111,7 @@ private:
   TButton *Cancel_ = nullptr;
   HWND__ *LastFocus_ = nullptr;
   TSize Least_;
-  TSize Frame_; // FrameSize when the window was last seen at its size
+  TSize Frame_;    // FrameSize when the window was last seen at its size
   int Pauses_ = 1; // until it is built
   bool LayoutWanted_ = false;
   bool Modal_ = false;

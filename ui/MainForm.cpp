@@ -292,21 +292,13 @@ void Tfrm_main::dxBarLargeButton4Click(TComponent &) {
   Dialog.ShowModal();
 }
 
-void Tfrm_main::dxBarButton2Click(TComponent &) {
-  Close();
-}
+void Tfrm_main::dxBarButton2Click(TComponent &) { Close(); }
 
-void Tfrm_main::dxBarButton19Click(TComponent &) {
-  NavigateToHomePage(*this, Bench_);
-}
+void Tfrm_main::dxBarButton19Click(TComponent &) { NavigateToHomePage(*this, Bench_); }
 
-void Tfrm_main::dxBarButton11Click(TComponent &) {
-  ShowAbout(*this, Bench_);
-}
+void Tfrm_main::dxBarButton11Click(TComponent &) { ShowAbout(*this, Bench_); }
 
-void Tfrm_main::dxBarButton10Click(TComponent &) {
-  OpenManual(*this, Bench_);
-}
+void Tfrm_main::dxBarButton10Click(TComponent &) { OpenManual(*this, Bench_); }
 
 void Tfrm_main::dxBarButton9Click(TComponent &Sender) {
   Details_.ShowDescriptions(!Details_.ShowsDescriptions());
