@@ -275,6 +275,10 @@ bool TForm::TranslateKey(tagMSG *Message) {
     }
     if (Key == VK_RETURN)
       return false;
+    if (Key == VK_F1) { // not every control of the system passes it on
+      SendMessageW(Handle(), WM_HELP, 0, 0);
+      return true;
+    }
   }
   return IsDialogMessageW(Handle(), Message);
 }

@@ -6,6 +6,7 @@
 #include "controls/ImageList.h"
 #include "controls/MenuItem.h"
 #include "controls/MessageBox.h"
+#include "platform/win32/Win32.h"
 #include "ui/CheckForm.h"
 #include "ui/FormImages.h"
 #include "ui/FormTexts.h"
@@ -299,6 +300,13 @@ void Tfrm_main::dxBarButton19Click(TComponent &) { NavigateToHomePage(*this, Ben
 void Tfrm_main::dxBarButton11Click(TComponent &) { ShowAbout(*this, Bench_); }
 
 void Tfrm_main::dxBarButton10Click(TComponent &) { OpenManual(*this, Bench_); }
+
+TAnswer Tfrm_main::Receive(const TMessage &Message) {
+  if (Message.Id != WM_HELP)
+    return TForm::Receive(Message);
+  OpenManual(*this, Bench_);
+  return 1;
+}
 
 void Tfrm_main::dxBarButton9Click(TComponent &Sender) {
   Details_.ShowDescriptions(!Details_.ShowsDescriptions());

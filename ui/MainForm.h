@@ -26,6 +26,9 @@ public:
   void SetWelcome(std::u16string_view Text) override { Details_.SetWelcome(Text); }
   void RefreshCounts() override;
 
+  // F1 opens the manual.
+  TAnswer Receive(const TMessage &Message) override;
+
 private:
   std::vector<TNamedHandler> Handlers();
 

@@ -337,6 +337,14 @@ TEST_F(MainWindow, OpensTheEditorForKeysAndTheExplorerForFiles) {
   EXPECT_TRUE(Started[3].starts_with(u"regedit.exe|"));
 }
 
+TEST_F(MainWindow, OpensTheManualByMenuAndByKey) {
+  Choose(u"dxBarButton10");
+  Type(VK_F1);
+  ASSERT_EQ(Started.size(), 2u);
+  EXPECT_NE(Started[0].find(u"Manual.html"), std::u16string::npos);
+  EXPECT_EQ(Started[1], Started[0]);
+}
+
 TEST_F(MainWindow, ThePopupOffersWhatTheSelectionAllows) {
   Fill();
   const auto Offered = [&] {
