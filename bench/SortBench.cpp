@@ -54,16 +54,16 @@ int main() {
   } Columns[] = {{TProblemColumn::TypeName, "by type: sort by a click / plain sort"},
                  {TProblemColumn::RiskText, "by risk: sort by a click / plain sort"},
                  {TProblemColumn::KeyPath, "by key:  sort by a click / plain sort"}};
-  for (const auto &[Column, Name] : Columns) {
+  for (const auto &Each : Columns) {
     Problems.BuildView(u"");
     std::vector<std::u16string> Texts;
     for (const TItemInfo *Item : Problems.ViewItems())
-      Texts.push_back(TextOf(*Item, Column));
+      Texts.push_back(TextOf(*Item, Each.Column));
     const double Plain = SecondsFor([&] { std::sort(Texts.begin(), Texts.end()); });
-    const double Click = SecondsFor([&] { Problems.SortBy(static_cast<int>(Column)); });
+    const double Click = SecondsFor([&] { Problems.SortBy(static_cast<int>(Each.Column)); });
     if (Problems.ViewCount() != static_cast<int>(ProblemCount))
       return 3;
     std::printf("  %.0f ms, %.0f ms\n", 1000 * Click, 1000 * Plain);
-    PrintRatio(Name, Click / Plain, "goal: at most 2");
+    PrintRatio(Each.Name, Click / Plain, "goal: at most 2");
   }
 }

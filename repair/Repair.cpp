@@ -1,5 +1,6 @@
 // The fix: from the checked problems to their removal, with its backup.
 #include <algorithm>
+#include <functional>
 
 #include "platform/Text.h"
 #include "repair/BackupText.h"
@@ -213,12 +214,13 @@ void TRegistryClean::WriteBackup(TFixRun &Run) {
 // newest ten stay, so that restores do not drive out backups.
 void TRegistryClean::PruneBackups(const TFixRun &Run) {
   std::vector<TBackupEntry> Backups = EnumerateBackups();
-  const auto Bare = std::ranges::stable_partition(Backups, &TBackupEntry::HasText);
-  for (const TBackupEntry &Backup : SurplusOf({Backups.begin(), Bare.begin()}))
+  const auto Bare =
+      std::stable_partition(Backups.begin(), Backups.end(), std::mem_fn(&TBackupEntry::HasText));
+  for (const TBackupEntry &Backup : SurplusOf({Backups.begin(), Bare}))
     if (Backup.Name != Run.BackupName)
       DeleteBackup(Backup.Name);
   constexpr std::ptrdiff_t KeptBare = 10;
-  for (auto Backup = Bare.begin(); Bare.end() - Backup > KeptBare; ++Backup)
+  for (auto Backup = Bare; Backups.end() - Backup > KeptBare; ++Backup)
     DeleteBackup(Backup->Name);
 }
 

@@ -71,6 +71,7 @@ bool TRestore::PutInterruptedRight() {
   const std::vector<TUndoFile> Files = Undo_.List(&Error);
   if (!Error.empty())
     return Fail(Error);
+  // NOLINTNEXTLINE(modernize-loop-convert): clang 14 has no view from behind
   for (auto File = Files.rbegin(); File != Files.rend(); ++File) {
     if (!File->IsPending)
       continue;

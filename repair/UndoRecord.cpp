@@ -92,6 +92,7 @@ TSnapshot Undone(const TUndoRecord &Record, const TSnapshot &Present) {
     UndoValues(Key->second, WasThere ? Before->second : Nothing, Marks);
   }
   // From below, so that a key goes when all that is in it was added with it.
+  // NOLINTNEXTLINE(modernize-loop-convert): clang 14 has no view from behind
   for (auto Marked = Record.Marks.Keys.rbegin(); Marked != Record.Marks.Keys.rend(); ++Marked) {
     const auto Key = Out.Keys.find(Marked->first);
     if (Marked->second.Key == TUndoMark::Added && Key != Out.Keys.end() &&
