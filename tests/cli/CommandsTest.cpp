@@ -1,10 +1,7 @@
 // What the commands answer: exit codes, messages, what reaches which stream.
-#include "tests/cli/TestCli.h"
+#include "tests/cli/LiveMachine.h"
 
 #include <stdexcept>
-
-#include "platform/memory/Machine.h"
-#include "platform/memory/MemoryRegistry.h"
 
 namespace hivesweep {
 
@@ -95,21 +92,12 @@ TEST(CliFailures, NameTheFileAndTheLine) {
   } Cases[] = {
       {"no such registry text", {"--registry", "@nowhere"}, "nowhere: could not be read: "},
       {"malformed registry text", {"--registry", "@bad"}, "bad:3: "},
-      {"malformed second text", {"--registry", "@registry", "--registry", "@bad"}, "bad:3: "},
-      {"no such machine", {"--registry", "@registry", "--machine", "@nowhere"}, "nowhere: "},
-      {"malformed machine",
-       {"--registry", "@registry", "--machine", "@badmachine"},
-       "badmachine:2: "},
-      {"a machine in a code page",
-       {"--registry", "@registry", "--machine", "@ansimachine"},
-       "ansimachine:3: "},
-      {"no such data folder",
-       {"--registry", "@registry", "--data-folder", "@nowhere"},
-       "nowhere: "},
-      {"a file as data folder", {"--registry", "@registry", "--data-folder", "@bad"}, "bad: "},
-      {"no folder for the output",
-       {"--registry", "@registry", "--output", "@nowhere/out"},
-       "out: could not be written: "},
+      {"no such machine", {"--machine", "@nowhere"}, "nowhere: "},
+      {"malformed machine", {"--machine", "@badmachine"}, "badmachine:2: "},
+      {"a machine in a code page", {"--machine", "@ansimachine"}, "ansimachine:3: "},
+      {"no such data folder", {"--data-folder", "@nowhere"}, "nowhere: "},
+      {"a file as data folder", {"--data-folder", "@bad"}, "bad: "},
+      {"no folder for the output", {"--output", "@nowhere/out"}, "out: could not be written: "},
   };
   for (const auto &C : Cases) {
     TTestCli Cli;
@@ -117,7 +105,7 @@ TEST(CliFailures, NameTheFileAndTheLine) {
     Cli.Write(u"bad", "REGEDIT4\r\n[HKEY_CURRENT_USER\\A]\r\n\"name\"=what\r\n");
     Cli.Write(u"badmachine", "[Machine]\nWinDir=Windows\n");
     Cli.Write(u"ansimachine", "[Files]\nC:\\a.txt\nC:\\\xE4.txt\n");
-    TWords Arguments = {"scan"};
+    TWords Arguments = {"scan", "--registry", "@registry"};
     Arguments.insert(Arguments.end(), C.Arguments.begin(), C.Arguments.end());
     EXPECT_EQ(Cli.Run(Arguments), 3) << C.Why;
     EXPECT_TRUE(Has(Cli.Console.Error, C.Named)) << C.Why << ": " << Cli.Console.Error;
@@ -255,27 +243,15 @@ TEST(CliInterrupt, WhateverWasFoundIsPrinted) {
   EXPECT_TRUE(std::is_sorted(Totals.begin(), Totals.end()));
 }
 
-TMemoryRegistry &LiveRegistry(TPlatform &Platform) {
-  return static_cast<TMemoryRegistry &>(*Platform.Registry);
-}
-
-std::optional<TPlatform> PartlyReadablePlatform() {
-  TPlatform Platform = MakeMemoryPlatform(std::make_unique<TMemoryRegistry>(), {});
-  EXPECT_FALSE(LiveRegistry(Platform).LoadText("Windows Registry Editor Version 5.00\r\n" +
-                                               ToUtf8(SmallRegistry)));
-  EXPECT_TRUE(
-      LiveRegistry(Platform).Deny(u"HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows\\Help"));
-  return Platform;
-}
-
 TEST(CliFailures, UnreadableKeysAreToldAndDoNotSpoilTheScan) {
-  TTestCli Cli;
-  Cli.MakeLive = PartlyReadablePlatform;
-  EXPECT_EQ(Cli.Run({"scan", "--format", "csv", "--areas", "Fonts,Help"}), 0);
-  EXPECT_TRUE(Has(Cli.Console.Error, "could not read HKEY_LOCAL_MACHINE\\Software\\Microsoft\\"
-                                     "Windows\\Help"));
-  EXPECT_TRUE(Has(Cli.Console.Error, ": access denied\n"));
-  EXPECT_TRUE(Has(Cli.Console.Output, "OLD.TTF"));
+  TLiveCli Live;
+  ASSERT_TRUE(Live.Registry().Deny(u"HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows\\Help"));
+  EXPECT_EQ(Live.Run({"scan", "--format", "csv", "--areas", "Fonts,Help"}), 0);
+  const TTestConsole &Console = Live.Cli.Console;
+  EXPECT_TRUE(Has(Console.Error, "could not read HKEY_LOCAL_MACHINE\\Software\\Microsoft\\"
+                                 "Windows\\Help"));
+  EXPECT_TRUE(Has(Console.Error, ": access denied\n"));
+  EXPECT_TRUE(Has(Console.Output, "OLD.TTF"));
 }
 
 std::int32_t BreakOff(TScanRegistry &, TStatusLabel &, TProgressBar &, TGroupItems &) {

@@ -8,7 +8,7 @@
 
 #include "tests/cli/TestCli.h"
 #include "tests/engine/TestScan.h"
-#include "tests/repair/CutSeam.h"
+#include "tests/platform/CutSeam.h"
 #include "tests/repair/TestRepair.h"
 
 namespace hivesweep {

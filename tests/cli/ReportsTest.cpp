@@ -24,15 +24,9 @@ std::string ReportOf(const char *Format, int Columns = 0, bool ShowProtected = t
   Cli.WriteRegistry(SmallRegistry);
   Cli.Write(u"machine", SmallMachine);
   Cli.Console.Columns = Columns;
-  std::vector<std::string> Arguments = {"scan",
-                                        "--registry",
-                                        "@registry",
-                                        "--machine",
-                                        "@machine",
-                                        "--areas",
-                                        "Active,Fonts,Help,Shared,Startup",
-                                        "--format",
-                                        Format};
+  std::vector<std::string> Arguments = {"scan", "--registry", "@registry", "--machine", "@machine"};
+  Arguments.insert(Arguments.end(),
+                   {"--areas", "Active,Fonts,Help,Shared,Startup", "--format", Format});
   if (ShowProtected)
     Arguments.emplace_back("--show-protected");
   EXPECT_EQ(Cli.Run(Arguments), 0) << Cli.Console.Error;

@@ -14,6 +14,36 @@ namespace {
 const char16_t *const Areas[] = {u"Summary", u"ActiveX Component", u"Application Paths",
                                  u"File Types", u"Fonts"};
 
+const std::vector<TBinding> Noted{{TEvent::Click, u"Noted"}};
+
+TComponentRow MenuRow(const char16_t *Name, const char16_t *Caption, const char16_t *Parent) {
+  return {.Name = Name, .Kind = TKind::MenuItem, .Caption = Caption, .Parent = Parent, .On = Noted};
+}
+
+TComponentRow PictureRow(const char16_t *Name, const char16_t *Caption, const char16_t *Parent,
+                         const char16_t *Images, int Image, bool Enabled = true) {
+  TComponentRow Row = MenuRow(Name, Caption, Parent);
+  Row.Images = Images;
+  Row.Image = Image;
+  Row.Enabled = Enabled;
+  return Row;
+}
+
+enum class TKey { None, Enter, Escape };
+
+// A button in the lower right corner of the dialog, and the key that presses it.
+TComponentRow ButtonRow(const char16_t *Name, const char16_t *Caption, int Left,
+                        const char16_t *Handler, TKey Key) {
+  return {.Name = Name,
+          .Kind = TKind::Button,
+          .Place = {Left, 240, 70, 26},
+          .Caption = Caption,
+          .On = {{TEvent::Click, Handler}},
+          .Anchors = Edges::BottomRight,
+          .Default = Key == TKey::Enter,
+          .Cancel = Key == TKey::Escape};
+}
+
 // One family: an entry, its icon, its caption, its count.
 void AddEntry(TFormTable &Table, int Number) {
   const std::u16string N = ToDecimal(static_cast<unsigned>(Number));
@@ -52,7 +82,6 @@ void AddEntry(TFormTable &Table, int Number) {
 } // namespace
 
 TFormTable TDemoWindow::Table() {
-  const std::vector<TBinding> Noted{{TEvent::Click, u"Noted"}};
   TFormTable Table{
       .Name = u"demo_window",
       .Caption = u"Demo",
@@ -65,61 +94,26 @@ TFormTable TDemoWindow::Table() {
           {.Name = u"Large", .Kind = TKind::ImageList, .Place = {0, 0, 24, 24}},
           {.Name = u"Menu", .Kind = TKind::MainMenu},
           {.Name = u"File", .Kind = TKind::MenuItem, .Caption = u"&File", .Parent = u"Menu"},
-          {.Name = u"Scan",
-           .Kind = TKind::MenuItem,
-           .Caption = u"&Scan",
-           .Parent = u"File",
-           .On = Noted,
-           .Images = u"Icons",
-           .Image = 1},
-          {.Name = u"Line", .Kind = TKind::MenuItem, .Caption = u"-", .Parent = u"File"},
-          {.Name = u"Exit",
-           .Kind = TKind::MenuItem,
-           .Caption = u"E&xit",
-           .Parent = u"File",
-           .On = Noted},
+          PictureRow(u"Scan", u"&Scan", u"File", u"Icons", 1),
+          MenuRow(u"Line", u"-", u"File"),
+          MenuRow(u"Exit", u"E&xit", u"File"),
           {.Name = u"Bar",
            .Kind = TKind::ToolBar,
            .Place = {0, 0, 760, 60},
            .Anchors = Edges::Across},
-          {.Name = u"BarScan",
-           .Kind = TKind::MenuItem,
-           .Caption = u"Scan",
-           .Parent = u"Bar",
-           .On = Noted,
-           .Images = u"Large",
-           .Image = 0},
-          {.Name = u"BarFix",
-           .Kind = TKind::MenuItem,
-           .Caption = u"Start fixing",
-           .Parent = u"Bar",
-           .On = Noted,
-           .Enabled = false,
-           .Images = u"Large",
-           .Image = 1},
-          {.Name = u"BarLine", .Kind = TKind::MenuItem, .Caption = u"-", .Parent = u"Bar"},
+          PictureRow(u"BarScan", u"Scan", u"Bar", u"Large", 0),
+          PictureRow(u"BarFix", u"Start fixing", u"Bar", u"Large", 1, false),
+          MenuRow(u"BarLine", u"-", u"Bar"),
           {.Name = u"BarMore",
            .Kind = TKind::MenuItem,
            .Caption = u"More",
            .Parent = u"Bar",
            .Images = u"Large",
            .Image = 2},
-          {.Name = u"BarAbout",
-           .Kind = TKind::MenuItem,
-           .Caption = u"About",
-           .Parent = u"BarMore",
-           .On = Noted},
+          MenuRow(u"BarAbout", u"About", u"BarMore"),
           {.Name = u"Pop", .Kind = TKind::PopupMenu, .On = {{TEvent::Popup, u"Noted"}}},
-          {.Name = u"SelectAll",
-           .Kind = TKind::MenuItem,
-           .Caption = u"Select All",
-           .Parent = u"Pop",
-           .On = Noted},
-          {.Name = u"Open",
-           .Kind = TKind::MenuItem,
-           .Caption = u"Open in RegEdit",
-           .Parent = u"Pop",
-           .On = Noted},
+          MenuRow(u"SelectAll", u"Select All", u"Pop"),
+          MenuRow(u"Open", u"Open in RegEdit", u"Pop"),
           {.Name = u"Pane",
            .Kind = TKind::Panel,
            .Place = {0, 60, 200, 336},
@@ -195,8 +189,6 @@ std::vector<TNamedHandler> TDemoWindow::Handlers() {
 
 void TDemoWindow::FormCreate(TComponent &Sender) {
   static_cast<void>(Sender);
-  const TListView &List = Find<TListView>(u"List");
-  static_cast<void>(List);
   for (const char16_t *const Name : {u"Icons", u"Large"})
     for (const int Icon : {32512, 32513, 32514, 32515, 32516})
       Find<TImageList>(Name).Add(LoadIconW(nullptr, MAKEINTRESOURCEW(Icon)));
@@ -292,26 +284,9 @@ TFormTable TDemoDialog::Table() {
                .On = {{TEvent::Click, u"Noted"}},
                .Anchors = Edges::BottomLeft,
                .Items = {u"First link", u"Second link"}},
-              {.Name = u"Help",
-               .Kind = TKind::Button,
-               .Place = {156, 240, 70, 26},
-               .Caption = u"&Help",
-               .On = {{TEvent::Click, u"Noted"}},
-               .Anchors = Edges::BottomRight},
-              {.Name = u"Scan",
-               .Kind = TKind::Button,
-               .Place = {234, 240, 70, 26},
-               .Caption = u"&Scan",
-               .On = {{TEvent::Click, u"Noted"}},
-               .Anchors = Edges::BottomRight,
-               .Default = true},
-              {.Name = u"Close",
-               .Kind = TKind::Button,
-               .Place = {314, 240, 70, 26},
-               .Caption = u"Close",
-               .On = {{TEvent::Click, u"CloseClick"}},
-               .Anchors = Edges::BottomRight,
-               .Cancel = true},
+              ButtonRow(u"Help", u"&Help", 156, u"Noted", TKey::None),
+              ButtonRow(u"Scan", u"&Scan", 234, u"Noted", TKey::Enter),
+              ButtonRow(u"Close", u"Close", 314, u"CloseClick", TKey::Escape),
           },
   };
 }

@@ -8,7 +8,6 @@
 #include "controls/ImageProgress.h"
 #include "controls/Label.h"
 #include "controls/MenuItem.h"
-#include "controls/MessageBox.h"
 #include "controls/MessageLoop.h"
 #include "controls/StatusBar.h"
 #include "controls/Timer.h"
@@ -180,22 +179,6 @@ TEST_F(Parts, AProgressBarBearsEveryBound) {
   Bar100.Set(0, 100, 50);
   EXPECT_EQ(PixelOf(Bar100, {Full / 2, 5}), Look.Color(TColorRole::Accent));
   EXPECT_EQ(PixelOf(Bar100, {Full / 2 + 3, 5}), Look.Color(TColorRole::Window));
-}
-
-TEST_F(Parts, AMessageIsAnsweredByItsButtons) {
-  const struct {
-    TMessageKind Kind;
-    int Button;
-    bool Answer;
-  } Cases[] = {{TMessageKind::Question, IDYES, true},
-               {TMessageKind::Question, IDNO, false},
-               {TMessageKind::Information, IDOK, true}};
-  for (const auto &C : Cases) {
-    const TBoxAnswer User(C.Button);
-    EXPECT_EQ(ShowMessage(&Window, u"Really?", u"Hivesweep", C.Kind), C.Answer) << C.Button;
-    EXPECT_EQ(User.Text(), u"Really?");
-    EXPECT_TRUE(IsWindowEnabled(Window.Handle()));
-  }
 }
 
 TEST_F(Parts, PostedMessagesReachTheHandlersThroughThePump) {

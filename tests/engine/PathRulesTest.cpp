@@ -30,28 +30,13 @@ TEST(PathRules, CutACommandAfterItsFile) {
     EXPECT_EQ(ExtractFileFromCommand(C.Text), C.File) << C.Why;
 }
 
-TEST(PathRules, SmallHelpers) {
-  EXPECT_EQ(TextBeforeComma(u"a,b,c"), u"a");
-  EXPECT_EQ(TextBeforeComma(u"abc"), u"");
-  EXPECT_EQ(CountQuotes(u"\"a\" \"b"), 3);
+TEST(PathRules, ReplaceTheNamesOfFolders) {
   std::u16string Text = u"%SYSTEMROOT%\\x;%systemroot%\\%SystemRoot";
   ExpandSystemRoot(Text, u"C:\\Win");
   EXPECT_EQ(Text, u"C:\\Win\\x;C:\\Win\\%SystemRoot");
   Text = u"%programfiles%\\x";
   ExpandProgramFiles(Text, u"D:\\Win");
   EXPECT_EQ(Text, u"D:\\Program Files\\x");
-  static const struct {
-    const char *Why;
-    std::u16string_view Path;
-    bool Local;
-  } Cases[] = {
-      {"plain", u"C:\\a.exe", true},
-      {"two paths", u"C:\\a.exe;D:\\b.exe", false},
-      {"web address", u"http://x", false},
-      {"no path behind the drive", u"C:", false},
-  };
-  for (const auto &C : Cases)
-    EXPECT_EQ(HasDriveForm(C.Path), C.Local) << C.Why;
 }
 
 TMachine PathMachine() {

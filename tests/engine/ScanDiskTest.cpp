@@ -2,40 +2,10 @@
 
 #include "engine/ScanDisk.h"
 #include "tests/engine/TestScan.h"
+#include "tests/platform/CutSeam.h"
 
 namespace hivesweep {
 namespace {
-
-// The files of a machine in memory, with every question counted.
-class TCountedFiles final : public TFileSystem {
-public:
-  explicit TCountedFiles(TFileSystem &Files) : Files_(Files) {}
-  TPathState Look(std::u16string_view Path) override {
-    ++Looks;
-    return Files_.Look(Path);
-  }
-  bool List(std::u16string_view Folder,
-            const std::function<bool(const TFolderEntry &Entry)> &Take) override {
-    ++Lists;
-    return Files_.List(Folder, Take);
-  }
-  bool CreateFolder(std::u16string_view Path) override { return Files_.CreateFolder(Path); }
-  TFileStatus ReadContent(std::u16string_view Path, TFileContent &Out) override {
-    return Files_.ReadContent(Path, Out);
-  }
-  TFileStatus WriteContent(std::u16string_view Path, const TFileContent &Content) override {
-    return Files_.WriteContent(Path, Content);
-  }
-  TFileStatus RemoveFile(std::u16string_view Path) override { return Files_.RemoveFile(Path); }
-  void *DisableRedirection() override { return Files_.DisableRedirection(); }
-  void RevertRedirection(void *Saved) override { Files_.RevertRedirection(Saved); }
-
-  int Looks = 0;
-  int Lists = 0;
-
-private:
-  TFileSystem &Files_;
-};
 
 class TCountedDrives final : public TDrives {
 public:
@@ -68,23 +38,23 @@ TEST(ScanDisk, TakesAFoldersNamesOnceAndNeverReportsOnTheirWord) {
     Machine.Files.push_back(u"C:\\Dir\\Sub\\f\u00E9 " + ToDecimal(File) + u".dll");
   Machine.Files.emplace_back(u"C:\\Dir\\Sub\\folder\\");
   TPlatform Platform = MakeMemoryPlatform(nullptr, Machine);
-  TCountedFiles Files(*Platform.Files);
+  TPowerCut Questions; // only counted
+  TCutFiles Files(*Platform.Files, Questions);
   TScanDisk Disk(Files, *Platform.Drives);
   for (std::uint64_t File = 0; File < 50; ++File) {
     const std::u16string Name = u"F\u00C9 " + ToDecimal(File) + u".DLL";
     EXPECT_FALSE(Disk.NoSuchFile(u"c:/dir\\\\SUB\\x\\..\\" + Name + u". "));
     EXPECT_TRUE(Disk.NoSuchFolder(u"C:\\Dir\\Sub\\" + Name));
   }
-  EXPECT_EQ(Files.Lists, 1);
-  EXPECT_EQ(Files.Looks, 3);
+  EXPECT_EQ(Questions.Calls(), 4u) << "three files one by one, then the list of all";
   EXPECT_TRUE(Disk.NoSuchFile(u"C:\\Dir\\Sub\\folder"));
   EXPECT_FALSE(Disk.NoSuchFolder(u"C:\\Dir\\Sub\\folder\\"));
-  EXPECT_EQ(Files.Looks, 3);
+  EXPECT_EQ(Questions.Calls(), 4u);
 
   // A file that has come since the names were taken: a problem would be wrong.
   for (int Round = 0; Round < 2; ++Round)
     EXPECT_TRUE(Disk.NoSuchFile(u"C:\\Dir\\Sub\\late"));
-  EXPECT_EQ(Files.Looks, 5) << "each missing one is asked for itself";
+  EXPECT_EQ(Questions.Calls(), 6u) << "each missing one is asked for itself";
   ASSERT_TRUE(Platform.Files->CreateFolder(u"C:\\Dir\\Sub\\late"));
   EXPECT_FALSE(Disk.NoSuchFolder(u"C:\\Dir\\Sub\\late"));
 }

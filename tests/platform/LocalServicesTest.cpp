@@ -15,128 +15,68 @@ using TTexts = std::vector<std::u16string>;
 
 // ---- settings files -------------------------------------------------------------
 
+std::u16string Joined(const TTexts &Lines) {
+  std::u16string Out;
+  for (const std::u16string &Line : Lines)
+    Out += Line + u"\n";
+  return Out;
+}
+
+TTexts NamesIn(const TTexts &Lines) {
+  TTexts Out;
+  for (const std::u16string &Line : Lines)
+    if (const std::size_t Equals = Line.find(u'='); Equals != std::u16string::npos)
+      Out.push_back(Line.substr(0, Equals));
+  return Out;
+}
+
 TEST(Profiles, AreReadAsWindowsReadsThem) {
   static const struct {
     const char *Why;
     const char *Bytes;
     std::u16string_view Section;
     std::u16string_view Key;
-    std::u16string_view Text; // "-": the default
-    TTexts KeyNames;
-    TTexts Lines;
+    std::u16string_view Text;  // "-": the default
+    std::u16string_view Lines; // each with its end
     bool NotUnderWine = false;
   } Cases[] = {
-      {"plain", "[S]\r\na=1\r\nb=2\r\n", u"S", u"b", u"2", {u"a", u"b"}, {u"a=1", u"b=2"}},
-      {"no line end at the end", "[S]\na=1", u"S", u"a", u"1", {u"a"}, {u"a=1"}},
-      {"another case", "[sEct]\r\nkEY=Val\r\n", u"Sect", u"Key", u"Val", {u"kEY"}, {u"kEY=Val"}},
-      {"an empty file", "", u"S", u"a", u"-", {}, {}},
-      {"another section's key", "[S]\r\na=1\r\n[T]\r\nb=2\r\n", u"S", u"b", u"-", {u"a"}, {u"a=1"}},
-      {"a key before any section", "a=1\r\n[S]\r\nb=2\r\n", u"S", u"a", u"-", {u"b"}, {u"b=2"}},
-      {"no such section", "[S]\r\na=1\r\n", u"T", u"a", u"-", {}, {}},
-      {"the first section of a name counts",
-       "[S]\r\na=1\r\n[T]\r\n[S]\r\na=2\r\nb=3\r\n",
-       u"S",
-       u"b",
-       u"-",
-       {u"a"},
-       {u"a=1"}},
-      {"the first key of a name counts",
-       "[S]\r\na=1\r\nA=2\r\n",
-       u"S",
-       u"A",
-       u"1",
-       {u"a", u"A"},
-       {u"a=1", u"A=2"}},
-      {"blanks around go",
-       "  [S]  \r\n \t a b \t = \t c d \t \r\n",
-       u"S",
-       u"a b",
-       u"c d",
-       {u"a b"},
-       {u"a b=c d"}},
-      {"quotes keep blanks", "[S]\r\na=\" x \"\r\n", u"S", u"a", u" x ", {u"a"}, {u"a=\" x \""}},
-      {"single quotes too", "[S]\r\na=' x '\r\n", u"S", u"a", u" x ", {u"a"}, {u"a=' x '"}},
-      {"only one pair goes",
-       "[S]\r\na=\"\"x\"\"\r\n",
-       u"S",
-       u"a",
-       u"\"x\"",
-       {u"a"},
-       {u"a=\"\"x\"\""}},
-      {"quotes that do not match stay",
-       "[S]\r\na=\"x'\r\n",
-       u"S",
-       u"a",
-       u"\"x'",
-       {u"a"},
-       {u"a=\"x'"}},
-      {"a single quote stays", "[S]\r\na=\"\r\n", u"S", u"a", u"\"", {u"a"}, {u"a=\""}},
-      {"an empty value is a value", "[S]\r\na=\r\n", u"S", u"a", u"", {u"a"}, {u"a="}},
-      {"the first = divides", "[S]\r\na=b=c\r\n", u"S", u"a", u"b=c", {u"a"}, {u"a=b=c"}},
-      {"comments are no lines",
-       "[S]\r\n;a=1\r\n ; b=2\r\nc=3;x\r\n",
-       u"S",
-       u"c",
-       u"3;x",
-       {u"c"},
-       {u"c=3;x"}},
-      {"empty lines are none",
-       "[S]\r\n\r\n  \r\na=1\r\n\r\nb=2\r\n",
-       u"S",
-       u"b",
-       u"2",
-       {u"a", u"b"},
-       {u"a=1", u"b=2"}},
-      {"a line without = is a line, no key",
-       "[S]\r\nalone\r\na=1\r\n",
-       u"S",
-       u"alone",
-       u"-",
-       {u"a"},
-       {u"alone", u"a=1"}},
-      {"a registry path as a name",
-       "[S]\r\nHKEY_USERS\\x y\\{1}=n/a\r\n",
-       u"S",
-       u"hkey_users\\X Y\\{1}",
-       u"n/a",
-       {u"HKEY_USERS\\x y\\{1}"},
-       {u"HKEY_USERS\\x y\\{1}=n/a"}},
-      {"the code page",
-       "[S]\r\n\xE4=\x80\r\n",
-       u"S",
-       u"\u00E4",
-       u"\u20AC",
-       {u"\u00E4"},
-       {u"\u00E4=\u20AC"}},
-      {"the code page in another case",
-       "[\xC4]\r\n\xF6=1\r\n",
-       u"\u00E4",
-       u"\u00D6",
-       u"1",
-       {u"\u00F6"},
-       {u"\u00F6=1"},
-       true},
-      {"blanks around the asked names",
-       "[S]\r\na=1\r\n",
-       u" S ",
-       u"  a ",
-       u"1",
-       {u"a"},
-       {u"a=1"},
-       true},
-      {"blanks in a header go", "[ \tS ]\r\na=1\r\n", u"S", u"a", u"1", {u"a"}, {u"a=1"}, true},
-      {"text behind a header is none", "[S]b=2\r\na=1\r\n", u"S", u"b", u"-", {u"a"}, {u"a=1"}},
-      {"the first bracket ends a header",
-       "[S] ;x]\r\na=1\r\n",
-       u"S",
-       u"a",
-       u"1",
-       {u"a"},
-       {u"a=1"},
-       true},
-      {"the line ends a header", "[S  \r\na=1\r\n", u"S", u"a", u"1", {u"a"}, {u"a=1"}, true},
-      {"a section without a name", "[]\r\na=1\r\n", u"", u"a", u"1", {u"a"}, {u"a=1"}, true},
-      {"a number sign is no comment", "[S]\r\n#a=#1\r\n", u"S", u"#a", u"#1", {u"#a"}, {u"#a=#1"}},
+      {"plain", "[S]\r\na=1\r\nb=2\r\n", u"S", u"b", u"2", u"a=1\nb=2\n"},
+      {"no line end at the end", "[S]\na=1", u"S", u"a", u"1", u"a=1\n"},
+      {"another case", "[sEct]\r\nkEY=Val\r\n", u"Sect", u"Key", u"Val", u"kEY=Val\n"},
+      {"an empty file", "", u"S", u"a", u"-", u""},
+      {"another section's key", "[S]\r\na=1\r\n[T]\r\nb=2\r\n", u"S", u"b", u"-", u"a=1\n"},
+      {"a key before any section", "a=1\r\n[S]\r\nb=2\r\n", u"S", u"a", u"-", u"b=2\n"},
+      {"no such section", "[S]\r\na=1\r\n", u"T", u"a", u"-", u""},
+      {"the first section of a name counts", "[S]\r\na=1\r\n[T]\r\n[S]\r\na=2\r\nb=3\r\n", u"S",
+       u"b", u"-", u"a=1\n"},
+      {"the first key of a name counts", "[S]\r\na=1\r\nA=2\r\n", u"S", u"A", u"1", u"a=1\nA=2\n"},
+      {"blanks around go", "  [S]  \r\n \t a b \t = \t c d \t \r\n", u"S", u"a b", u"c d",
+       u"a b=c d\n"},
+      {"quotes keep blanks", "[S]\r\na=\" x \"\r\n", u"S", u"a", u" x ", u"a=\" x \"\n"},
+      {"single quotes too", "[S]\r\na=' x '\r\n", u"S", u"a", u" x ", u"a=' x '\n"},
+      {"only one pair goes", "[S]\r\na=\"\"x\"\"\r\n", u"S", u"a", u"\"x\"", u"a=\"\"x\"\"\n"},
+      {"quotes that do not match stay", "[S]\r\na=\"x'\r\n", u"S", u"a", u"\"x'", u"a=\"x'\n"},
+      {"a single quote stays", "[S]\r\na=\"\r\n", u"S", u"a", u"\"", u"a=\"\n"},
+      {"an empty value is a value", "[S]\r\na=\r\n", u"S", u"a", u"", u"a=\n"},
+      {"the first = divides", "[S]\r\na=b=c\r\n", u"S", u"a", u"b=c", u"a=b=c\n"},
+      {"comments are no lines", "[S]\r\n;a=1\r\n ; b=2\r\nc=3;x\r\n", u"S", u"c", u"3;x",
+       u"c=3;x\n"},
+      {"empty lines are none", "[S]\r\n\r\n  \r\na=1\r\n\r\nb=2\r\n", u"S", u"b", u"2",
+       u"a=1\nb=2\n"},
+      {"a line without = is a line, no key", "[S]\r\nalone\r\na=1\r\n", u"S", u"alone", u"-",
+       u"alone\na=1\n"},
+      {"a registry path as a name", "[S]\r\nHKEY_USERS\\x y\\{1}=n/a\r\n", u"S",
+       u"hkey_users\\X Y\\{1}", u"n/a", u"HKEY_USERS\\x y\\{1}=n/a\n"},
+      {"the code page", "[S]\r\n\xE4=\x80\r\n", u"S", u"\u00E4", u"\u20AC", u"\u00E4=\u20AC\n"},
+      {"the code page in another case", "[\xC4]\r\n\xF6=1\r\n", u"\u00E4", u"\u00D6", u"1",
+       u"\u00F6=1\n", true},
+      {"blanks around the asked names", "[S]\r\na=1\r\n", u" S ", u"  a ", u"1", u"a=1\n", true},
+      {"blanks in a header go", "[ \tS ]\r\na=1\r\n", u"S", u"a", u"1", u"a=1\n", true},
+      {"text behind a header is none", "[S]b=2\r\na=1\r\n", u"S", u"b", u"-", u"a=1\n"},
+      {"the first bracket ends a header", "[S] ;x]\r\na=1\r\n", u"S", u"a", u"1", u"a=1\n", true},
+      {"the line ends a header", "[S  \r\na=1\r\n", u"S", u"a", u"1", u"a=1\n", true},
+      {"a section without a name", "[]\r\na=1\r\n", u"", u"a", u"1", u"a=1\n", true},
+      {"a number sign is no comment", "[S]\r\n#a=#1\r\n", u"S", u"#a", u"#1", u"#a=#1\n"},
   };
   const TScratchFolder Scratch;
   const std::u16string File = Scratch.File(u"s.ini");
@@ -147,8 +87,9 @@ TEST(Profiles, AreReadAsWindowsReadsThem) {
     SCOPED_TRACE(C.Why);
     ASSERT_EQ(WriteWholeFile(File, C.Bytes), u"");
     EXPECT_EQ(ToUtf8(Platform.Profiles->ReadString(File, C.Section, C.Key, u"-")), ToUtf8(C.Text));
-    EXPECT_EQ(Platform.Profiles->KeyNames(File, C.Section), C.KeyNames);
-    EXPECT_EQ(Platform.Profiles->Lines(File, C.Section), C.Lines);
+    const TTexts Lines = Platform.Profiles->Lines(File, C.Section);
+    EXPECT_EQ(ToUtf8(Joined(Lines)), ToUtf8(C.Lines));
+    EXPECT_EQ(Platform.Profiles->KeyNames(File, C.Section), NamesIn(Lines));
   }
 }
 
@@ -188,34 +129,25 @@ TEST(Profiles, AKeyIsWrittenAndAllElseStays) {
     std::u16string_view Section;
     std::u16string_view Key;
     std::optional<std::u16string_view> Text;
-    TTexts Lines; // of the section, afterwards
+    std::u16string_view Lines; // of the section, afterwards, each with its end
   } Cases[] = {
-      {"a file that is missing", "-", u"S", u"\u0416", u"\u65E5", {u"\u0416=\u65E5"}},
-      {"an empty file", "", u"S", u"a", u"1", {u"a=1"}},
-      {"another text", "[S]\r\na=1\r\nb=2\r\n", u"S", u"a", u"new", {u"a=new", u"b=2"}},
-      {"an empty one", "[S]\r\na=1\r\n", u"S", u"a", u"", {u"a="}},
-      {"over an empty one", "[S]\r\na=\r\n", u"s", u"A", u"1", {u"a=1"}},
-      {"a new key", "[T]\r\na=1\r\n[S]\r\nb=2\r\n", u"S", u"a", u"1", {u"b=2", u"a=1"}},
-      {"a new section", "[T]\r\na=1\r\n", u"S", u"a", u"1", {u"a=1"}},
-      {"no line end at the end", "[S]\na=1", u"S", u"b", u"2", {u"a=1", u"b=2"}},
-      {"the first section counts", "[S]\r\n[T]\r\n[S]\r\na=1\r\n", u"S", u"a", u"2", {u"a=2"}},
-      {"a registry path",
-       "[S]\r\n",
-       u"S",
-       u"HKEY_USERS\\x y\\{1}",
-       u"n/a",
-       {u"HKEY_USERS\\x y\\{1}=n/a"}},
-      {"a code page",
-       "[S]\r\n\xE4=\x80\r\n",
-       u"S",
-       u"b",
-       u"\u00FC",
-       {u"\u00E4=\u20AC", u"b=\u00FC"}},
-      {"deleted", "[S]\r\na=1\r\nb=2\r\n", u"S", u"A", std::nullopt, {u"b=2"}},
-      {"deleted, the only one", "[S]\na=1", u"S", u"a", std::nullopt, {}},
-      {"no such key to delete", "[S]\r\na=1\r\n", u"S", u"b", std::nullopt, {u"a=1"}},
-      {"no such section", "[T]\r\na=1\r\n", u"S", u"a", std::nullopt, {}},
-      {"no file to delete from", "-", u"S", u"a", std::nullopt, {}},
+      {"a file that is missing", "-", u"S", u"\u0416", u"\u65E5", u"\u0416=\u65E5\n"},
+      {"an empty file", "", u"S", u"a", u"1", u"a=1\n"},
+      {"another text", "[S]\r\na=1\r\nb=2\r\n", u"S", u"a", u"new", u"a=new\nb=2\n"},
+      {"an empty one", "[S]\r\na=1\r\n", u"S", u"a", u"", u"a=\n"},
+      {"over an empty one", "[S]\r\na=\r\n", u"s", u"A", u"1", u"a=1\n"},
+      {"a new key", "[T]\r\na=1\r\n[S]\r\nb=2\r\n", u"S", u"a", u"1", u"b=2\na=1\n"},
+      {"a new section", "[T]\r\na=1\r\n", u"S", u"a", u"1", u"a=1\n"},
+      {"no line end at the end", "[S]\na=1", u"S", u"b", u"2", u"a=1\nb=2\n"},
+      {"the first section counts", "[S]\r\n[T]\r\n[S]\r\na=1\r\n", u"S", u"a", u"2", u"a=2\n"},
+      {"a registry path", "[S]\r\n", u"S", u"HKEY_USERS\\x y\\{1}", u"n/a",
+       u"HKEY_USERS\\x y\\{1}=n/a\n"},
+      {"a code page", "[S]\r\n\xE4=\x80\r\n", u"S", u"b", u"\u00FC", u"\u00E4=\u20AC\nb=\u00FC\n"},
+      {"deleted", "[S]\r\na=1\r\nb=2\r\n", u"S", u"A", std::nullopt, u"b=2\n"},
+      {"deleted, the only one", "[S]\na=1", u"S", u"a", std::nullopt, u""},
+      {"no such key to delete", "[S]\r\na=1\r\n", u"S", u"b", std::nullopt, u"a=1\n"},
+      {"no such section", "[T]\r\na=1\r\n", u"S", u"a", std::nullopt, u""},
+      {"no file to delete from", "-", u"S", u"a", std::nullopt, u""},
   };
   const TPlatform Platform = MakeLocalServices();
   for (const auto &C : Cases) {
@@ -226,7 +158,7 @@ TEST(Profiles, AKeyIsWrittenAndAllElseStays) {
       ASSERT_EQ(WriteWholeFile(File, C.Bytes), u"");
     }
     EXPECT_TRUE(Platform.Profiles->WriteString(File, C.Section, C.Key, C.Text));
-    EXPECT_EQ(Platform.Profiles->Lines(File, C.Section), C.Lines);
+    EXPECT_EQ(ToUtf8(Joined(Platform.Profiles->Lines(File, C.Section))), ToUtf8(C.Lines));
     EXPECT_EQ(Scratch.Count(), C.Bytes == "-" && !C.Text ? 0u : 1u);
     if (C.Bytes.find("[T]\r\na=1") != std::string::npos) {
       EXPECT_EQ(Platform.Profiles->ReadString(File, u"T", u"a", u""), u"1");

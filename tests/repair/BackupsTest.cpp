@@ -6,18 +6,6 @@
 namespace hivesweep {
 namespace {
 
-// The rows of a table as texts: cells with "|" between them.
-class TTestRows final : public TListRows {
-public:
-  void Clear() override { Rows.clear(); }
-  void Add(std::u16string_view Caption, std::span<const std::u16string> SubItems) override {
-    Rows.emplace_back(Caption);
-    for (const std::u16string &Item : SubItems)
-      Rows.back() += u"|" + Item;
-  }
-  std::vector<std::u16string> Rows;
-};
-
 class BackupsTest : public testing::Test {
 protected:
   BackupsTest()

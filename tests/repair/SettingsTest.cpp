@@ -3,7 +3,6 @@
 #include "platform/DiskFile.h"
 #include "repair/ExtIniFile.h"
 #include "repair/RegistryClean.h"
-#include "repair/SettingsLock.h"
 #include "tests/engine/TestScan.h"
 
 namespace hivesweep {
@@ -137,21 +136,6 @@ TEST(Settings, SwitchesAreWrittenAsTheyHaveAlwaysBeen) {
   const std::u16string Lower = AsciiLower(FromAnsi(Bytes));
   EXPECT_NE(Lower.find(u"mui=1\r\n"), std::u16string::npos);
   EXPECT_EQ(Lower.find(u"mui=0"), std::u16string::npos) << "both spellings are one key";
-}
-
-TEST(Settings, TheSummaryOfNothing) {
-  TPlatform Platform = DataMachine();
-  TTestLabel Scan, Clean, Total;
-  TRegistryClean(Platform).LoadSummary(Scan, Clean, Total, u"None");
-  EXPECT_EQ(Scan.Texts.back(), u"None");
-  EXPECT_EQ(Clean.Texts.back(), u"None");
-  EXPECT_EQ(Total.Texts.back(), u"0");
-}
-
-TEST(Settings, TheLockIsOneAndIsLeftAgain) {
-  EXPECT_EQ(&SettingsLock(), &SettingsLock());
-  for (int Round = 0; Round < 2; ++Round)
-    const TLockGuard Guard(SettingsLock());
 }
 
 } // namespace

@@ -133,6 +133,18 @@ public:
   TTestProgress Bar;
 };
 
+// The rows of a table as texts: cells with "|" between them.
+class TTestRows final : public TListRows {
+public:
+  void Clear() override { Rows.clear(); }
+  void Add(std::u16string_view Caption, std::span<const std::u16string> SubItems) override {
+    Rows.emplace_back(Caption);
+    for (const std::u16string &Item : SubItems)
+      Rows.back() += u"|" + Item;
+  }
+  std::vector<std::u16string> Rows;
+};
+
 // Stands for the registry editor before a registry in memory: imports at once.
 class TTestEditor final : public TShell {
 public:

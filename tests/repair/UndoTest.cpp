@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/DiskFile.h"
-#include "tests/repair/CutSeam.h"
+#include "tests/platform/CutSeam.h"
 #include "tests/repair/TestRepair.h"
 
 namespace hivesweep {

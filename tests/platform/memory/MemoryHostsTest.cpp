@@ -219,36 +219,6 @@ TEST(ClassesRoot, WhatIsWrittenGoesToTheUsersClassesWhereTheyHaveTheKey) {
   }
 }
 
-TEST(Faults, BreakEveryCallThatWritesAndChangeNothing) {
-  TFaults Faults;
-  TMemoryRegistry Registry(&Faults);
-  ASSERT_FALSE(Registry.LoadText(std::string(Header) + "[HKEY_CURRENT_USER\\K\\B]"));
-  const auto Key = Registry.Open(TRegRoot::CurrentUser, u"K", TRegAccess::Full).Key;
-  TMachine Machine;
-  Machine.Files = {u"C:\\f"};
-  const TPlatform Platform = MakeMemoryPlatform(nullptr, Machine, &Faults);
-  TRegKeyInfo Info;
-  TFileContent Content;
-  Faults.FailCall(1);
-  const auto Breaks = [&](auto Failed, auto Call) {
-    Faults.Reset();
-    EXPECT_EQ(Call(), Failed);
-    EXPECT_EQ(Faults.Calls(), 1u);
-  };
-  Breaks(TRegStatus::Failed, [&] { return Key->Create(u"x").Status; });
-  Breaks(TRegStatus::Failed, [&] { return Key->OpenItself(u"B").Status; });
-  Breaks(TRegStatus::Failed, [&] { return Key->ReadInfo(Info); });
-  Breaks(TRegStatus::Failed, [&] { return Key->SetValue(u"x", TRegType::None, {}); });
-  Breaks(TFileStatus::Failed, [&] { return Platform.Files->ReadContent(u"C:\\f", Content); });
-  Breaks(TFileStatus::Failed, [&] { return Platform.Files->WriteContent(u"C:\\x", Content); });
-  Breaks(TFileStatus::Failed, [&] { return Platform.Files->RemoveFile(u"C:\\f"); });
-  Faults.FailCall(0);
-  EXPECT_EQ(ValuesOf(Registry, TRegRoot::CurrentUser, u"K"), "");
-  EXPECT_EQ(ValuesOf(Registry, TRegRoot::CurrentUser, u"K\\x"), "no key");
-  EXPECT_EQ(Platform.Files->Look(u"C:\\f"), TPathState::File);
-  EXPECT_EQ(Platform.Files->Look(u"C:\\x"), TPathState::Missing);
-}
-
 TEST(MachineText, DescribesAMachine) {
   const auto Parsed = ParseMachine(uR"(; comment
 [machine]

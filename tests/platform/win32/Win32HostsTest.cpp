@@ -295,25 +295,6 @@ TEST_F(Win32Hosts, TheEndOfAProgramIsWaitedFor) {
   EXPECT_FALSE(Child->WaitForEnd(50));
   EXPECT_TRUE(Child->WaitForEnd(30'000));
   EXPECT_TRUE(Child->WaitForEnd(0)) << "it stays ended";
-
-  // As the program has the registry editor import its backups.
-  const TScratchFolder Scratch;
-  const std::u16string File = Scratch.File(u"a b.reg");
-  ASSERT_EQ(WriteWholeFile(File,
-                           "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\Software\\Hivesweep import]\r\n"
-                           "\"x\"=dword:5\r\n\r\n"),
-            u"");
-  const auto Editor = Shell.Start(u"Regedit", u"/s \"" + File + u"\"");
-  ASSERT_NE(Editor, nullptr);
-  ASSERT_TRUE(Editor->WaitForEnd(30'000));
-  const auto Software =
-      Platform.Registry->Open(TRegRoot::CurrentUser, u"Software", TRegAccess::Full).Key;
-  const TRegOpened Imported = Software->Open(u"Hivesweep import");
-  ASSERT_TRUE(Imported.Key);
-  TRegValue Value;
-  EXPECT_EQ(Imported.Key->Read(u"x", Value), TRegStatus::Ok);
-  EXPECT_EQ(Value.Data().Dword(), 5u);
-  EXPECT_EQ(Software->DeleteTree(u"Hivesweep import"), TRegStatus::Ok);
 }
 
 TEST_F(Win32Hosts, TheDateSeparatorIsTheUsers) {
