@@ -227,12 +227,9 @@ TEST(CliPlan, RemovesWhatIsCheckedAndStillTheSame) {
 
 TEST(CliPlan, IsScannedForInItsOwnAreasAndReadInAnyEncoding) {
   TLiveCli Live;
-  const std::u16string Plan = FromUtf8(Live.Json({"scan"}).dump());
+  const std::string Plan = Live.Json({"scan"}).dump();
   Live.Cli.Write(u"Main.ini", "[RegistryOpt]\r\nHelp=0\r\n");
-  std::string Bytes = "\xFF\xFE";
-  for (const char16_t Unit : Plan)
-    Bytes.append({static_cast<char>(Unit & 0xFF), static_cast<char>(Unit >> 8)});
-  Live.Cli.Write(u"plan", Bytes);
+  Live.Cli.Write(u"plan", Utf16Bytes(u"\uFEFF" + FromUtf8(Plan)));
   ASSERT_EQ(Live.Run({"fix", "--plan", "@plan", "--areas", "Fonts", "--yes"}), 0);
   EXPECT_EQ(Live.Left(), "HSK");
   ASSERT_EQ(Live.Run({"fix", "--plan", "@plan", "--yes"}), 0);

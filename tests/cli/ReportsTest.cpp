@@ -124,19 +124,13 @@ TEST(Reports, JsonHasItsKeysInTheirOrder) {
 // A text in which names and data hold what no honest program writes there. In UTF-16,
 // where lone halves of a pair can stand.
 std::string HostileRegistry() {
-  const std::u16string Text =
+  return Utf16Bytes(
       u"\uFEFFWindows Registry Editor Version 5.00\r\n\r\n"
       u"[HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows\\Help]\r\n"
       u"\"\x1B[2J\x9B\x7F.hlp\"=\"C:\\\\\xD83D\\\\a\u202Eb\"\r\n"
       u"\"\xD800.hlp\"=\"C:\\\\日本語日本語日本語日本語日本語日本語日本語日本語日本語\"\r\n"
       u"\"\xD801.hlp\"=\"C:\\\\x\"\r\n"
-      u"\" , \\\"q\\\".hlp\"=\"C:\\\\gone\"\r\n";
-  std::string Bytes;
-  for (const char16_t Unit : Text) {
-    Bytes.push_back(static_cast<char>(Unit & 0xFF));
-    Bytes.push_back(static_cast<char>(Unit >> 8));
-  }
-  return Bytes;
+      u"\" , \\\"q\\\".hlp\"=\"C:\\\\gone\"\r\n");
 }
 
 TEST(Reports, HostileTextsComeOutAsValidJson) {

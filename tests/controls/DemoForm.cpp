@@ -149,10 +149,7 @@ TFormTable TDemoWindow::Table() {
           {.Name = u"List",
            .Kind = TKind::ListView,
            .Place = {216, 184, 528, 204},
-           .On = {{TEvent::Data, u"ListData"},
-                  {TEvent::Click, u"ListClick"},
-                  {TEvent::ColumnClick, u"ListColumnClick"},
-                  {TEvent::RowLook, u"ListRowLook"}},
+           .On = {{TEvent::Data, u"ListData"}, {TEvent::Click, u"ListClick"}},
            .Anchors = Edges::All,
            .Checks = true,
            .Virtual = true,
@@ -182,9 +179,7 @@ std::vector<TNamedHandler> TDemoWindow::Handlers() {
           Handler(u"FormCreate", this, &TDemoWindow::FormCreate),
           Handler(u"ImageNote_1Click", this, &TDemoWindow::ImageNote_1Click),
           Handler(u"ListData", this, &TDemoWindow::ListData),
-          Handler(u"ListClick", this, &TDemoWindow::ListClick),
-          Handler(u"ListColumnClick", this, &TDemoWindow::ListColumnClick),
-          Handler(u"ListRowLook", this, &TDemoWindow::ListRowLook)};
+          Handler(u"ListClick", this, &TDemoWindow::ListClick)};
 }
 
 void TDemoWindow::FormCreate(TComponent &Sender) {
@@ -227,17 +222,6 @@ void TDemoWindow::ListClick(TComponent &Sender) {
   } else if (List.Selected() >= 0) {
     Happened.push_back(u"row " + ToDecimal(static_cast<unsigned>(List.Selected())));
   }
-}
-
-void TDemoWindow::ListColumnClick(TListView &Sender, int Column) {
-  Happened.push_back(Sender.Name() + u" column " + ToDecimal(static_cast<unsigned>(Column)));
-}
-
-void TDemoWindow::ListRowLook(TListView &Sender, int Row, TRowLook &Look) {
-  static_cast<void>(Sender);
-  constexpr TColorRole Grounds[] = {TColorRole::RiskHigh, TColorRole::RiskMedium,
-                                    TColorRole::RiskLow};
-  Look.Ground = Grounds[Row % 3];
 }
 
 // ---- the dialog -------------------------------------------------------------------------

@@ -28,8 +28,6 @@ private:
   void ImageNote_1Click(TComponent &Sender);
   void ListData(TListView &Sender, int Row, TListCells &Cells);
   void ListClick(TComponent &Sender);
-  void ListColumnClick(TListView &Sender, int Column);
-  void ListRowLook(TListView &Sender, int Row, TRowLook &Look);
 };
 
 // A dialog: a wrapped text, a plain list with check boxes, a progress bar, three buttons.

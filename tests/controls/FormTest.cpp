@@ -110,19 +110,6 @@ TEST_F(Form, FindsItsComponentsByNameInTheOrderOfTheTable) {
 
 // ---- the mouse ---------------------------------------------------------------------------
 
-TEST_F(Form, OneHandlerServesAFamilyAndLearnsWhoWasPressed) {
-  TDemoWindow Window(Look);
-  Window.Show();
-  PressAt(Window.Find<TImageNote>(u"ImageNote_2"), {3, 3});
-  Press(Window.Find<TControl>(u"Label_3"));
-  Press(Window.Find<TControl>(u"Image_4"));
-  EXPECT_EQ(Window.Happened, (TNames{u"ImageNote_2", u"Label_3", u"Image_4"}));
-  EXPECT_FALSE(Window.Find<TImageNote>(u"ImageNote_2").Selected());
-  EXPECT_TRUE(Window.Find<TImageNote>(u"ImageNote_4").Selected());
-  EXPECT_EQ(PixelOf(Window.Find<TControl>(u"ImageNote_4"), {2, 2}),
-            Look.Color(TColorRole::PaneSelected));
-}
-
 TEST_F(Form, APressCountsOnlyWhereItIsLetGo) {
   TDemoDialog Dialog(Look, nullptr);
   Dialog.Show();

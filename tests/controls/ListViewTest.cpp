@@ -112,31 +112,6 @@ TEST_F(VirtualList, AKeyActsOnItsRowAlsoWhenThatIsOutOfSight) {
   EXPECT_LE(List.TopRow(), 3) << "the menu opens at its row";
 }
 
-TEST_F(VirtualList, TellsWhichHeaderWasPressed) {
-  Fill(3);
-  const auto Header = reinterpret_cast<HWND>(SendMessageW(List.Handle(), LVM_GETHEADER, 0, 0));
-  ASSERT_NE(Header, nullptr);
-  const int X = List.ColumnWidth(0) + 20;
-  PostMessageW(Header, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(X, 8));
-  PostMessageW(Header, WM_LBUTTONUP, 0, MAKELPARAM(X, 8));
-  PumpMessages();
-  EXPECT_EQ(Window.Happened, TNames{u"List column 1"});
-}
-
-TEST_F(VirtualList, DrawsEachRowInItsOwnColour) {
-  Fill(6);
-  UpdateWindow(List.Handle());
-  const HDC Screen = GetDC(List.Handle());
-  const int X = List.ColumnWidth(0) + List.ColumnWidth(1) - 4;
-  for (int Row = 0; Row < 6; ++Row) {
-    constexpr TColorRole Grounds[] = {TColorRole::RiskHigh, TColorRole::RiskMedium,
-                                      TColorRole::RiskLow};
-    EXPECT_EQ(GetPixel(Screen, X, List.RowBounds(Row).Top + 2), Look.Color(Grounds[Row % 3]))
-        << Row;
-  }
-  ReleaseDC(List.Handle(), Screen);
-}
-
 TEST_F(VirtualList, TheMenuOpensAtTheRowAndItsChoiceIsCarriedOut) {
   Fill(5);
   List.Focus();

@@ -7,16 +7,6 @@
 namespace hivesweep {
 namespace {
 
-TEST(ExportLines, HaveTheirForms) {
-  EXPECT_EQ(Escaped(u"C:\\a\\\"b\""), u"C:\\\\a\\\\\"b\"");
-  EXPECT_EQ(KeyLine(u"HKEY_X\\a\\"), u"[HKEY_X\\a\\]");
-  EXPECT_EQ(StringLine(u"n\\\"", u"d"), u"\"n\\\"\"=\"d\"");
-  EXPECT_EQ(StringLine(u"", u"d"), u"@=\"d\"");
-  EXPECT_EQ(DwordLine(u"n", 26), u"\"n\"=dword:0000001A");
-  EXPECT_EQ(DecimalDwordLine(u"n", 26), u"\"n\"=dword:26") << "in decimal, as ever";
-  EXPECT_EQ(DecimalDwordLine(u"", 4294967295u), u"@=dword:4294967295");
-}
-
 std::u16string Bytes(std::size_t Count) {
   std::vector<std::byte> Data(Count);
   for (std::size_t Index = 0; Index < Count; ++Index)

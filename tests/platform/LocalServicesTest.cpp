@@ -114,8 +114,7 @@ TEST(Profiles, TextsOfAnySizeAndOfAllLettersAreRead) {
     const std::u16string Name = u"key " + std::u16string(Length, u'k');
     const std::u16string Line = Name + u"=" + Value;
     const std::u16string Text = u"\uFEFF[S]\r\n" + Line + u"\r\nb=2\r\n";
-    ASSERT_EQ(WriteWholeFile(File, {reinterpret_cast<const char *>(Text.data()), Text.size() * 2}),
-              u"");
+    ASSERT_EQ(WriteWholeFile(File, Utf16Bytes(Text)), u"");
     EXPECT_EQ(Platform.Profiles->ReadString(File, u"S", Name, u""), Value) << Length;
     EXPECT_EQ(Platform.Profiles->KeyNames(File, u"S"), (TTexts{Name, u"b"})) << Length;
     EXPECT_EQ(Platform.Profiles->Lines(File, u"S"), (TTexts{Line, u"b=2"})) << Length;

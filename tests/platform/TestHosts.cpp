@@ -53,7 +53,7 @@ void TTestRegistry::Load(std::u16string_view Text) {
       Whole.append(Line.substr(0, Mark)).append(u"HKEY_CURRENT_USER\\").append(Path());
     Whole.append(Line.substr(Mark == 0 ? 0 : Mark + 1)).append(u"\r\n");
   }
-  LoadFile({reinterpret_cast<const char *>(Whole.data()), Whole.size() * sizeof(char16_t)});
+  LoadFile(Utf16Bytes(Whole));
 }
 
 } // namespace hivesweep

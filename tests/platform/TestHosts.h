@@ -110,6 +110,11 @@ struct TShortcutsKind {
   std::unique_ptr<TTestShortcuts> (*Make)();
 };
 
+// A text as a file in UTF-16 holds it.
+inline std::string Utf16Bytes(std::u16string_view Text) {
+  return {reinterpret_cast<const char *>(Text.data()), Text.size() * sizeof(char16_t)};
+}
+
 // The running system is not Windows but Wine, which does some things its own way.
 bool IsWine();
 

@@ -18,7 +18,7 @@ class TTestFolders final : public TFolders {
 public:
   explicit TTestFolders(std::u16string Program) : Program_(std::move(Program)) {}
   std::u16string Special(TSpecialFolder Folder) override {
-    return Folder == TSpecialFolder::AppData ? u"C:\\Me" : u"C:\\All";
+    return Program_ + (Folder == TSpecialFolder::AppData ? u"Me" : u"All");
   }
   std::u16string Windows() override { return {}; }
   std::u16string Temp() override { return {}; }
@@ -144,31 +144,14 @@ TEST_F(TLanguageTest, ReadsEveryEncodingAndSurvivesAnyFile) {
   }
 }
 
-class TTestProfiles final : public TProfiles {
-public:
-  std::u16string ReadString(std::u16string_view Path, std::u16string_view Section,
-                            std::u16string_view Key, std::u16string_view Default) override {
-    return std::u16string(Path)
-        .append(u"|")
-        .append(Section)
-        .append(u"|")
-        .append(Key)
-        .append(u"|")
-        .append(Default);
-  }
-  TLines KeyNames(std::u16string_view, std::u16string_view) override { return {}; }
-  TLines Lines(std::u16string_view, std::u16string_view) override { return {}; }
-  std::optional<TFileStamp> Stamp(std::u16string_view) override { return {}; }
-  bool WriteString(std::u16string_view, std::u16string_view, std::u16string_view,
-                   std::optional<std::u16string_view>) override {
-    return false;
-  }
-};
-
 TEST_F(TLanguageTest, AsksTheSuiteForTheLanguage) {
-  Platform.Profiles = std::make_unique<TTestProfiles>();
-  EXPECT_EQ(TLanguage(Platform, u"Hivesweep").ReadSuiteLanguage(),
-            u"C:\\Me\\Orvane\\Tallowmere V4\\Main.ini|Main|Language|English");
+  const TLanguage Language(Platform, u"Hivesweep");
+  EXPECT_EQ(Language.ReadSuiteLanguage(), u"English") << "nobody has chosen one";
+  const std::u16string Suite =
+      Platform.Folders->Special(TSpecialFolder::AppData) + u"\\Orvane\\Tallowmere V4";
+  ASSERT_EQ(Platform.Storage->CreateFolder(Suite), u"");
+  ASSERT_TRUE(Platform.Profiles->WriteString(Suite + u"\\Main.ini", u"Main", u"Language", u"x"));
+  EXPECT_EQ(Language.ReadSuiteLanguage(), u"x");
 }
 
 class TTestForm final : public TTextForm {

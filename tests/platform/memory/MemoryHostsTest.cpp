@@ -3,6 +3,7 @@
 
 #include "platform/memory/Machine.h"
 #include "platform/memory/MemoryRegistry.h"
+#include "tests/platform/TestHosts.h"
 
 namespace hivesweep {
 namespace {
@@ -75,13 +76,9 @@ TEST(RegistryText, UnderstandsWhatEditorsWrite) {
 
 TEST(RegistryText, IsReadInItsEncoding) {
   const std::u16string Text = FromUtf8(Header) + u"[HKEY_CURRENT_USER\\K]\r\n\"\u00E4\u65E5\"=\"\"";
-  std::string Utf16 = "\xFF\xFE";
-  for (const char16_t Unit : Text) {
-    Utf16.push_back(static_cast<char>(Unit & 0xFF));
-    Utf16.push_back(static_cast<char>(Unit >> 8));
-  }
   const std::string Old = "REGEDIT4\n\n[HKEY_CURRENT_USER\\K]\n\"\xE4\"=hex(2):e4,00\n\"b\"=hex:e4";
-  for (const std::string &Bytes : {ToUtf8(Text), "\xEF\xBB\xBF" + ToUtf8(Text), Utf16}) {
+  for (const std::string &Bytes :
+       {ToUtf8(Text), "\xEF\xBB\xBF" + ToUtf8(Text), Utf16Bytes(u"\uFEFF" + Text)}) {
     TMemoryRegistry Registry;
     EXPECT_FALSE(Registry.LoadText(Bytes));
     EXPECT_EQ(ValuesOf(Registry, TRegRoot::CurrentUser, u"k"), "\u00E4\u65E5:1:0000 ");
