@@ -14,16 +14,17 @@ constexpr std::string_view Magic = "HSWPUNDO";
 constexpr std::uint32_t Version = 1;
 constexpr std::size_t HeaderSize = Magic.size() + 4 + 8 + 4;
 
-constexpr std::array<std::uint32_t, 256> CrcTable = [] {
+constexpr std::array<std::uint32_t, 256> MakeCrcTable() {
   std::array<std::uint32_t, 256> Table{};
   for (std::uint32_t Index = 0; Index < Table.size(); ++Index) {
     std::uint32_t Rest = Index;
     for (int Bit = 0; Bit < 8; ++Bit)
-      Rest = (Rest >> 1) ^ ((Rest & 1) != 0 ? 0xEDB8'8320u : 0u);
+      Rest = (Rest >> 1) ^ ((Rest & 1) != 0 ? 0xEDB88320u : 0u);
     Table[Index] = Rest;
   }
   return Table;
-}();
+}
+constexpr std::array<std::uint32_t, 256> CrcTable = MakeCrcTable();
 
 // CRC-32 of IEEE 802.3.
 std::uint32_t Crc32(std::string_view Bytes) {

@@ -63,7 +63,7 @@ std::vector<TUndoFile> TUndoStore::List(TDiskError *Error) const {
 std::optional<TUndoFile> TUndoStore::Of(std::u16string_view BackupName, TDiskError *Error) const {
   for (TUndoFile &File : List(Error))
     if (!File.IsPending && File.BackupName == BackupName)
-      return std::move(File);
+      return std::move(File); // cppcheck-suppress returnStdMoveLocal ; one of a list
   return std::nullopt;
 }
 

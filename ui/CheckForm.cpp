@@ -19,11 +19,11 @@ constexpr int StatusColumn = 1;
 
 // What lies where, by what the dialog is opened for: a fix has no areas to show.
 struct TPlaces {
-  TSize Size;
-  int Description; // its height; the other numbers are top edges
-  int Status;
-  int Buttons;
-  TAnchors Strip; // of the labels and the bar that show how far a run is
+  TSize Size{};
+  int Description = 0; // its height; the other numbers are top edges
+  int Status = 0;
+  int Buttons = 0;
+  TAnchors Strip{}; // of the labels and the bar that show how far a run is
 };
 constexpr TPlaces ScanPlaces{{404, 360}, 18, 270, 318, Edges::Bottom};
 constexpr TPlaces FixPlaces{{404, 164}, 32, 64, 122, Edges::Across};

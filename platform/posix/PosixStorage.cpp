@@ -39,6 +39,7 @@ TDiskError TPosixStorage::List(std::u16string_view Folder, std::vector<TStoredFi
     return errno == ENOENT ? TDiskError() : ErrorText(errno);
   for (;;) {
     errno = 0;
+    // cppcheck-suppress readdirCalled ; one thread, and the newer one is on its way out
     const dirent *const Entry = readdir(Opened.get());
     if (!Entry)
       return errno == 0 ? TDiskError() : ErrorText(errno);

@@ -47,7 +47,7 @@ void CALLBACK AnswerBox(HWND, UINT, UINT_PTR Timer, DWORD) {
     return; // not yet
   wchar_t Text[512] = L"";
   GetDlgItemTextW(Box, 0xFFFF, Text, static_cast<int>(std::size(Text)));
-  AnswerTexts.push_back(FromWide(Text));
+  AnswerTexts.emplace_back(FromWide(Text));
   if (AnswerTexts.size() == AnswerButtons.size())
     KillTimer(nullptr, Timer);
   PostMessageW(Box, WM_COMMAND, static_cast<WPARAM>(Button), 0);

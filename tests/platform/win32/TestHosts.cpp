@@ -139,7 +139,7 @@ public:
     Links_.push_back(Key);
     return RegSetValueExW(Key, L"SymbolicLinkValue", 0, REG_LINK,
                           reinterpret_cast<const BYTE *>(Leads.data()),
-                          static_cast<DWORD>(Leads.size() * sizeof(char16_t))) == ERROR_SUCCESS;
+                          static_cast<DWORD>(Leads.size()) * sizeof(char16_t)) == ERROR_SUCCESS;
   }
 
 protected:

@@ -206,6 +206,7 @@ TEST_F(CheckForm, AScanTellsWhatItFoundAreaByArea) {
   auto &Progress = Dialog.Find<TImageProgress>(u"ImageProgress_1");
   bool WasThere = false;
   Script.Finds = {{1, 2}, {4, 1}};
+  // cppcheck-suppress danglingLifetime ; the script ends with the test
   Script.During = [&](int Area) {
     if (Area != 4)
       return;
@@ -257,6 +258,7 @@ TEST_F(CheckForm, TellsTheMainWindowHowManyThereAreAndHowManyAreSelected) {
   Dialog.Show();
   for (const auto &C : Cases) {
     Script.Finds = C.Finds;
+    // cppcheck-suppress danglingLifetime ; the script ends with the test
     Script.During = [&](int Area) {
       if (Area == 1) {
         EXPECT_EQ(Status(Dialog, 3), u"") << "nothing is left of the scan before";
@@ -289,6 +291,7 @@ TEST_F(CheckForm, StopEndsAScanAndShowsWhatWasFoundUntilThen) {
   Dialog.Show();
   const auto &Scan = Dialog.Find<TButton>(u"bt_scan");
   Script.Finds = {{4, 1}, {9, 5}};
+  // cppcheck-suppress danglingLifetime ; the script ends with the test
   Script.During = [&](int Area) {
     if (Area != 4)
       return;
@@ -328,6 +331,7 @@ TEST_F(CheckForm, ClosingStopsAScanAndWaitsForItsEnd) {
     Script = {};
     Main.Happened.clear();
     Tfrm_check Dialog(Main, Bench, Main);
+    // cppcheck-suppress danglingLifetime ; the script ends with the test
     Script.During = [&](int Area) {
       ASSERT_EQ(Area, 1);
       C.Ask(Dialog);

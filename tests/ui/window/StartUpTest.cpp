@@ -22,8 +22,8 @@ TEST(LastResort, ErrorIsToldAndEndsWithOne) {
     int (*Program)();
     const char16_t *Told;
   } Cases[] = {
-      {"an error", [] { return throw std::runtime_error("no disk"), 0; }, u"no disk"},
-      {"a thing of any kind", [] { return throw 5, 0; }, u"unknown"},
+      {"an error", []() -> int { throw std::runtime_error("no disk"); }, u"no disk"},
+      {"a thing of any kind", []() -> int { throw 5; }, u"unknown"},
   };
   for (const auto &C : Cases) {
     const TBoxAnswer Answer(IDOK);
