@@ -69,7 +69,8 @@ TEST(ScanDriver, RunsTheSwitchedAreasAndPostsOneMessageForEach) {
     TTestScan Scan(MemoryRegistry(u""), {}, Tens);
     std::vector<std::intptr_t> Posts = C.Posts;
     Posts.resize(AreaCount);
-    EXPECT_EQ(Scan.Scan(C.Flags), std::accumulate(Posts.begin(), Posts.end(), 0)) << C.Why;
+    EXPECT_EQ(Scan.Scan(C.Flags), std::accumulate(Posts.begin(), Posts.end(), std::intptr_t{0}))
+        << C.Why;
     EXPECT_EQ(PostedCounts(Scan), Posts) << C.Why;
   }
 }
