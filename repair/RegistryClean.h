@@ -53,7 +53,11 @@ struct TNotRemoved {
   TRemoval Why = TRemoval::Failed;
 };
 
+// Why a fix did not begin.
+enum class TFixRefusal { None, NoBackup, UnknownIgnoreList };
+
 struct TFixReport {
+  TFixRefusal Refusal = TFixRefusal::None;
   std::u16string Failure; // why nothing was done at all; empty: it was
   std::u16string Reason;  // of such a failure: what the disk said
   std::int32_t Removed = 0;

@@ -78,10 +78,13 @@ TFixReport TRegistryClean::BackupAndFix(TListViewManage &Problems, TScanRegistry
 // The user's own word on what must stay has to be known, also where the list of problems
 // was made without it.
 bool TRegistryClean::MayBegin(TFixRun &Run) const {
-  const TDiskError Error = WhyUnreadable(*Platform_.Storage, Paths.IgnoreIniPath);
-  if (!Error.empty())
-    Run.Report.Failure = u"Nothing was fixed, because the ignore list is not known. " + Error;
-  return Error.empty();
+  TDiskError Error = WhyUnreadable(*Platform_.Storage, Paths.IgnoreIniPath);
+  if (Error.empty())
+    return true;
+  Run.Report.Refusal = TFixRefusal::UnknownIgnoreList;
+  Run.Report.Failure = u"Nothing was fixed, because the ignore list is not known. " + Error;
+  Run.Report.Reason = std::move(Error);
+  return false;
 }
 
 // True when everything that is going to be removed is on the disk.
@@ -108,6 +111,7 @@ bool TRegistryClean::RecordBeforeFix(TFixRun &Run) {
   Storage.Remove(Folder + std::u16string(PreparedName));
   Run.Report.Failure = u"Nothing was fixed, because no backup could be written. " + Error;
   Run.Report.Reason = std::move(Error);
+  Run.Report.Refusal = TFixRefusal::NoBackup;
   return false;
 }
 

@@ -369,17 +369,20 @@ void Tfrm_check::Fix() {
   const TFixReport Report =
       Clean_->BackupAndFix(Bench_.Problems, Bench_.Engine, StatusLabel, ProgressBar, Fixing);
   Bench_.SelectedCount = Bench_.Problems.CheckedCount();
-  if (!Report.Failure.empty())
-    ShowFailure(Report.Reason);
+  if (Report.Refusal != TFixRefusal::None)
+    ShowRefusal(Report);
   else if (const std::int32_t Fixed = Before - Bench_.Problems.TotalCount(); Fixed > 0)
     ShowFixed(Fixed);
   else
     Status_.SetText(u""); // it was stopped before its first problem
 }
 
-void Tfrm_check::ShowFailure(std::u16string_view Reason) {
+void Tfrm_check::ShowRefusal(const TFixReport &Report) {
   Progress_.SetVisible(false);
-  Status_.SetText(Bench_.Text(LanguageText(u"FixFailed")).append(u" ").append(Reason));
+  const TLanguageText &Why = Report.Refusal == TFixRefusal::NoBackup
+                                 ? LanguageText(u"FixFailed")
+                                 : LanguageText(u"FixWithoutList");
+  Status_.SetText(Bench_.Text(Why).append(u" ").append(Report.Reason));
 }
 
 void Tfrm_check::ShowFixed(std::int32_t Count) {

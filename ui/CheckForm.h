@@ -51,7 +51,7 @@ private:
   void Scan();
   void ShowFound();
   void Fix();
-  void ShowFailure(std::u16string_view Reason);
+  void ShowRefusal(const TFixReport &Report);
   void ShowFixed(std::int32_t Count);
   void AreaScanned(std::size_t Row, std::int32_t Count);
   void MarkNextArea(std::size_t Row);

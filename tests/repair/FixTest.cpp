@@ -201,6 +201,8 @@ TEST_F(FixTest, WithoutARecordOrItsIgnoreListNothingIsTouched) {
     const TFixReport Report = Fix.Run();
     EXPECT_NE(Report.Failure.find(Folder.File(C.Blocked)), std::u16string::npos)
         << C.Why << ": " << ToUtf8(Report.Failure);
+    EXPECT_TRUE(Report.Failure.ends_with(Report.Reason)) << C.Why;
+    EXPECT_EQ(Report.Refusal, C.ByFolder ? TFixRefusal::UnknownIgnoreList : TFixRefusal::NoBackup);
     EXPECT_EQ(Fix.Label.Texts, std::vector{Report.Failure}) << C.Why;
     EXPECT_TRUE(Has(u"A", u"v")) << C.Why;
     EXPECT_EQ(Fix.Problems.TotalCount(), 1) << C.Why;

@@ -456,6 +456,15 @@ TEST_F(FixDialog, WithoutABackupNothingIsRemovedAndNothingIsCalledASuccess) {
   EXPECT_EQ(Bench.SelectedCount, 2);
 
   Bench.Platform.Storage->Remove(Folder);
+  const std::u16string &Ignore = Data.Paths.IgnoreIniPath;
+  ASSERT_TRUE(CreateDirectoryW(Wide(Ignore), nullptr)); // what can't be read as a file
+  Press(Dialog.Find<TButton>(u"bt_scan"));
+  EXPECT_TRUE(Label.Text().starts_with(
+      u"Nothing was fixed, because the ignore list could not be read. " + Ignore))
+      << ToUtf8(Label.Text());
+  EXPECT_EQ(Left(), u"one two three four");
+
+  ASSERT_TRUE(RemoveDirectoryW(Wide(Ignore)));
   EXPECT_TRUE(Dialog.Find<TButton>(u"bt_scan").Enabled()) << "another try";
   Press(Dialog.Find<TButton>(u"bt_scan"));
   EXPECT_EQ(Left(), u" two  four");
