@@ -32,7 +32,7 @@ int main() {
   std::string Ignored = "[Registry]\r\n";
   for (int Key = 0; Key < 100; ++Key)
     Ignored += "HKEY_LOCAL_MACHINE\\Software\\Vendor\\" + std::to_string(Key) + "=N/A\r\n";
-  if (!WriteWholeFile(Paths.IgnoreIniPath, Ignored).empty())
+  if (WriteWholeFile(Paths.IgnoreIniPath, Ignored))
     return 3;
   SetAge(Paths.IgnoreIniPath, 3600);
 

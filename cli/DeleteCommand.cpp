@@ -16,8 +16,8 @@ TExitCode RunDelete(TCliHost &Host, const TOptions &Options) {
   if (!IsWanted(Host.Console, Options,
                 "Delete " + Name + "? What was fixed then can't be restored any more."))
     return TExitCode::Done;
-  if (const TDiskError Error = Data->DeleteBackup(Backup.Name); !Error.empty())
-    throw TFailure(TExitCode::Failed, Name + ": could not be deleted: " + ToUtf8(Error));
+  if (const TError Error = Data->DeleteBackup(Backup.Name))
+    throw TFailure(TExitCode::Failed, Name + ": could not be deleted: " + WordsOf(Error));
   WriteOutput(Host.Console, Name + ": deleted\n");
   return TExitCode::Done;
 }

@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "platform/Error.h"
+
 namespace hivesweep {
 
 enum class TExitCode : int {
@@ -22,6 +24,9 @@ public:
 
   const TExitCode Code;
 };
+
+// The failure in English and UTF-8, for a message.
+std::string WordsOf(const TError &Error);
 
 // The message names the wrong word and what was expected.
 class TWrongUse : public TFailure {

@@ -105,8 +105,8 @@ TExitCode TFixCommand::Fix() {
   const TFixReport Report =
       Clean_->BackupAndFix(Run_.Problems, Run_.Engine, Progress, Progress, u"");
   Progress.Wipe();
-  if (!Report.Failure.empty())
-    throw TFailure(TExitCode::Failed, ToUtf8(Report.Failure));
+  if (Report.Failure)
+    throw TFailure(TExitCode::Failed, WordsOf(Report.Failure));
 
   // As the window counts: whatever has left the list is dealt with.
   Record(Before - Run_.Problems.TotalCount(), false);

@@ -45,15 +45,15 @@ std::string NameOfProblem(std::u16string_view KeyPath, std::u16string_view Value
 }
 
 bool TellFix(TCliConsole &Console, const TFixReport &Report) {
-  bool AllWell = Report.LastFixWritten && Report.BackupFailure.empty();
+  bool AllWell = Report.LastFixWritten && !Report.BackupFailure;
   for (const TNotRemoved &Left : Report.NotRemoved) {
     const TReason &Reason = *std::ranges::find(Reasons, Left.Why, &TReason::Why);
     Complain(Console, Reason.Sentence + NameOfProblem(Left.KeyPath, Left.ValueName, Left.Data));
     AllWell &= Left.Why == TRemoval::GoneAlready;
   }
-  if (!Report.BackupFailure.empty())
+  if (Report.BackupFailure)
     Complain(Console,
-             "the backup has no text, only its exact record: " + ToUtf8(Report.BackupFailure));
+             "the backup has no text, only its exact record: " + WordsOf(Report.BackupFailure));
   if (!Report.LastFixWritten)
     Complain(Console, "the time of the fix could not be written into the settings");
   WriteOutput(Console, Numbers(Report));

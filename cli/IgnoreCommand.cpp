@@ -20,9 +20,9 @@ struct TIgnoreCall {
   std::u16string ValueName;
 };
 
-void Check(const TDiskError &Error) {
-  if (!Error.empty())
-    throw TFailure(TExitCode::Failed, ToUtf8(Error));
+void Check(const TError &Error) {
+  if (Error)
+    throw TFailure(TExitCode::Failed, WordsOf(Error));
 }
 
 TExitCode List(TIgnoreCall &Call) {

@@ -9,14 +9,14 @@ namespace hivesweep {
 
 std::string ReadInput(const std::string &Name) {
   std::string Bytes;
-  if (const TDiskError Error = ReadWholeFile(FromUtf8(Name), Bytes); !Error.empty())
-    throw TFailure(TExitCode::Failed, Name + ": could not be read: " + ToUtf8(Error));
+  if (const TError Error = ReadWholeFile(FromUtf8(Name), Bytes))
+    throw TFailure(TExitCode::Failed, Name + ": could not be read: " + WordsOf(Error));
   return Bytes;
 }
 
 void RequireReadable(TSession &Session, std::u16string_view Path) {
-  if (const TDiskError Error = WhyUnreadable(*Session.Platform.Storage, Path); !Error.empty())
-    throw TFailure(TExitCode::Failed, ToUtf8(Error));
+  if (const TError Error = WhyUnreadable(*Session.Platform.Storage, Path))
+    throw TFailure(TExitCode::Failed, WordsOf(Error));
 }
 
 } // namespace hivesweep

@@ -16,8 +16,8 @@ void WriteResult(TCliConsole &Console, const std::optional<std::string> &File,
                  std::string_view Utf8) {
   if (!File)
     return WriteOutput(Console, Utf8);
-  if (const TDiskError Error = WriteWholeFile(FromUtf8(*File), Utf8); !Error.empty())
-    throw TFailure(TExitCode::Failed, *File + ": could not be written: " + ToUtf8(Error));
+  if (const TError Error = WriteWholeFile(FromUtf8(*File), Utf8))
+    throw TFailure(TExitCode::Failed, *File + ": could not be written: " + WordsOf(Error));
 }
 
 void Complain(TCliConsole &Console, std::string_view Utf8) {

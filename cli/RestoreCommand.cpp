@@ -18,12 +18,12 @@ std::string NameOfFailure(const TPutFailure &Failure) {
 
 // False when it did not go as it should have.
 bool Tell(TCliConsole &Console, const TRestoreReport &Report) {
-  for (const std::u16string &Note : Report.Notes)
-    Complain(Console, ToUtf8(Note));
+  for (const TError &Note : Report.Notes)
+    Complain(Console, WordsOf(Note));
   for (const TPutFailure &Failure : Report.NotRestored)
     Complain(Console, "could not restore " + NameOfFailure(Failure));
-  if (!Report.Failure.empty())
-    throw TFailure(TExitCode::Failed, ToUtf8(Report.Failure));
+  if (Report.Failure)
+    throw TFailure(TExitCode::Failed, WordsOf(Report.Failure));
   return Report.Notes.empty() && Report.NotRestored.empty();
 }
 

@@ -60,9 +60,9 @@ TDataPaths DataPaths(const std::optional<std::string> &DataFolder,
                      const std::optional<TPlatform> &Live) {
   if (DataFolder) {
     const std::u16string Folder = AbsolutePath(FromUtf8(*DataFolder));
-    if (const TDiskError Error = CheckFolder(Folder); !Error.empty())
+    if (const TError Error = CheckFolder(Folder))
       throw TFailure(TExitCode::Failed,
-                     *DataFolder + ": is no folder to read from: " + ToUtf8(Error));
+                     *DataFolder + ": is no folder to read from: " + WordsOf(Error));
     return DataPathsIn(Folder);
   }
   if (!Live)

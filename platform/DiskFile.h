@@ -6,22 +6,21 @@
 #include <string>
 #include <string_view>
 
+#include "platform/Error.h"
+
 namespace hivesweep {
 
-// Empty: it went well. Else why not, in words: "No such file or directory".
-using TDiskError = std::u16string;
-
 // A file of more than Limit bytes is not read: that is an error too.
-TDiskError ReadWholeFile(std::u16string_view Path, std::string &Out,
-                         std::size_t Limit = std::numeric_limits<std::size_t>::max());
+TError ReadWholeFile(std::u16string_view Path, std::string &Out,
+                     std::size_t Limit = std::numeric_limits<std::size_t>::max());
 
 // The file is complete under its name or it is what it was before: it is written
 // under another name in the same folder and then renamed. One that is marked
 // read-only is not replaced.
-TDiskError WriteWholeFile(std::u16string_view Path, std::string_view Bytes);
+TError WriteWholeFile(std::u16string_view Path, std::string_view Bytes);
 
-// Empty when there is a folder of that name. Else why not.
-TDiskError CheckFolder(std::u16string_view Path);
+// None when there is a folder of that name. Else why not.
+TError CheckFolder(std::u16string_view Path);
 
 // The path made absolute, from the current folder.
 std::u16string AbsolutePath(std::u16string_view Path);

@@ -19,7 +19,7 @@ struct TStoredFile {
   bool IsFolder = false;
 };
 
-// Where an answer is a TDiskError: empty when it went well, else why not, in words. A file
+// A TError tells why a call failed; none when it went well. A file
 // that is marked read-only is neither written nor replaced nor removed: MakeWritable first.
 class TStorage {
 public:
@@ -30,24 +30,24 @@ public:
 
   // What is in the folder but "." and "..", in the disk's order, hidden things included.
   // A folder that is not there has nothing in it and is no error.
-  virtual TDiskError List(std::u16string_view Folder, std::vector<TStoredFile> &Out) = 0;
+  virtual TError List(std::u16string_view Folder, std::vector<TStoredFile> &Out) = 0;
 
-  virtual TDiskError Read(std::u16string_view Path, std::string &Out) = 0;
+  virtual TError Read(std::u16string_view Path, std::string &Out) = 0;
 
   // Writes the file under this very name, over an old one, and waits until the disk has
   // it. What is there after a failure is not promised: write under a name that nobody
   // reads, and then Rename.
-  virtual TDiskError Write(std::u16string_view Path, std::string_view Bytes) = 0;
+  virtual TError Write(std::u16string_view Path, std::string_view Bytes) = 0;
 
   // Gives a file another name in the same folder, where it takes the place of a file
   // that has it; at once and for good: whatever happens, one of the two is there.
-  virtual TDiskError Rename(std::u16string_view From, std::u16string_view To) = 0;
+  virtual TError Rename(std::u16string_view From, std::u16string_view To) = 0;
 
   // Deleting what is not there is fine.
-  virtual TDiskError Remove(std::u16string_view Path) = 0;
+  virtual TError Remove(std::u16string_view Path) = 0;
 
   // Makes the folder with its missing parents. One that is there is fine.
-  virtual TDiskError CreateFolder(std::u16string_view Path) = 0;
+  virtual TError CreateFolder(std::u16string_view Path) = 0;
 
   // Takes all attributes off a file that is marked read-only; any other, and a missing
   // one, stays as it is.

@@ -19,7 +19,7 @@ bool IsBackupName(std::u16string_view Name) {
 // As many as the file has lines that name a key.
 std::int32_t CountChanges(TStorage &Storage, std::u16string_view Path) {
   std::string Bytes;
-  if (!Storage.Read(Path, Bytes).empty())
+  if (Storage.Read(Path, Bytes))
     return 0;
   const std::vector<std::u16string> Lines = DecodeBackup(Bytes);
   return static_cast<std::int32_t>(std::ranges::count_if(
@@ -55,7 +55,7 @@ std::vector<TBackupEntry> ListBackups(TStorage &Storage, const TUndoStore &Undo,
     const auto IsKnown = [&](const TBackupEntry &Entry) { return Entry.Name == File.BackupName; };
     if (File.IsPending || std::ranges::any_of(Out, IsKnown))
       continue;
-    std::u16string Unused;
+    TError Unused;
     const auto Record = Undo.Load(File.Name, Unused);
     Out.push_back({File.BackupName, std::u16string(Folder) + File.BackupName,
                    Record ? static_cast<std::int32_t>(Record->Changes) : 0,

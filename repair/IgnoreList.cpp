@@ -23,34 +23,34 @@ bool FitsIntoIni(std::u16string_view KeyPath) {
 TIgnoreList::TIgnoreList(TPlatform &Platform, std::u16string Path)
     : Platform_(Platform), Path_(std::move(Path)), File_(*Platform.Profiles, Path_) {}
 
-TDiskError TIgnoreList::Add(std::u16string_view KeyPath, std::u16string_view ValueName) {
+TError TIgnoreList::Add(std::u16string_view KeyPath, std::u16string_view ValueName) {
   TProfiles &Profiles = *Platform_.Profiles;
   TStorage &Storage = *Platform_.Storage;
   if (!FitsIntoIni(KeyPath))
-    return u"a key whose path has \"=\", a line break, or blanks at its ends can't be kept in " +
-           Path_;
+    return {TErrorCode::KeyUnfitForList, Path_};
   std::vector<std::u16string> Wanted = Profiles.Lines(Path_, Section);
   std::erase_if(Wanted, [&](std::u16string_view Line) {
     return EqualNoCase(Line.substr(0, Line.find(u'=')), KeyPath);
   });
   std::string Before;
-  const bool WasThere = Storage.Read(Path_, Before).empty();
+  const bool WasThere = !Storage.Read(Path_, Before);
 
   Storage.MakeWritable(Path_);
   if (!Profiles.WriteString(Path_, Section, KeyPath, ValueName))
-    return Path_ + u" could not be written";
+    return {TErrorCode::Unwritable, Path_};
   // Whatever the file's encoding or the system's limits made of it shows only here.
   if (Contains(KeyPath) && HoldsAll(Wanted))
     return {};
-  const TDiskError Error = WasThere ? Storage.Write(Path_, Before) : Storage.Remove(Path_);
-  return Path_ + u" can't hold that key" +
-         (Error.empty() ? u"" : u", and could not be put back: " + Error);
+  TError Out{TErrorCode::KeyLostInList, Path_};
+  if (TError Error = WasThere ? Storage.Write(Path_, Before) : Storage.Remove(Path_))
+    Out.Cause.push_back(Because(std::move(Error), TErrorCode::ListNotPutBack));
+  return Out;
 }
 
-TDiskError TIgnoreList::Remove(std::u16string_view KeyPath) {
+TError TIgnoreList::Remove(std::u16string_view KeyPath) {
   Platform_.Storage->MakeWritable(Path_);
   if (!Platform_.Profiles->WriteString(Path_, Section, KeyPath, std::nullopt) || Contains(KeyPath))
-    return Path_ + u" could not be written";
+    return {TErrorCode::Unwritable, Path_};
   return {};
 }
 

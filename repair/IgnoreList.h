@@ -16,13 +16,12 @@ class TIgnoreList {
 public:
   TIgnoreList(TPlatform &Platform, std::u16string Path);
 
-  // One key is there once: a second value of it takes the place of the first. Nothing
-  // when the key will be found again; else why not, as a sentence, and the file is what
-  // it was before.
-  TDiskError Add(std::u16string_view KeyPath, std::u16string_view ValueName);
+  // One key is there once: a second value of it takes the place of the first. After a
+  // failure the file is what it was before.
+  TError Add(std::u16string_view KeyPath, std::u16string_view ValueName);
 
   // Removing what is not there is fine.
-  TDiskError Remove(std::u16string_view KeyPath);
+  TError Remove(std::u16string_view KeyPath);
 
   // The file names exactly this key, letter case included.
   bool Contains(std::u16string_view KeyPath) { return File_.Contains(KeyPath); }

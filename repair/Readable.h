@@ -6,8 +6,8 @@
 
 namespace hivesweep {
 
-// Nothing when the file can be read or is not there; else why it can't, as a sentence that
-// names it. An empty path is a file that is not there.
-TDiskError WhyUnreadable(TStorage &Storage, std::u16string_view Path);
+// Why the file can't be read; none when it can or is not there. An empty path is a file
+// that is not there.
+TError WhyUnreadable(TStorage &Storage, std::u16string_view Path);
 
 } // namespace hivesweep

@@ -55,7 +55,7 @@ bool TRegistryClean::RestoreBackup(std::u16string_view Name) {
     Restore_.reset();
     return false;
   }
-  RestoreReport_.Failure = u"there is no backup of that name";
+  RestoreReport_.Failure = {TErrorCode::NoSuchBackup, std::u16string(Name)};
   return false;
 }
 
@@ -76,18 +76,18 @@ void TRegistryClean::FinishRestore() {
     Platform_.Messages->Pump();
 }
 
-TDiskError TRegistryClean::DeleteBackup(std::u16string_view Name) {
+TError TRegistryClean::DeleteBackup(std::u16string_view Name) {
   const std::vector<TBackupEntry> Backups = EnumerateBackups();
   const auto Backup = std::ranges::find(Backups, Name, &TBackupEntry::Name);
   if (Backup == Backups.end())
-    return u"there is no backup of that name";
+    return {TErrorCode::NoSuchBackup, std::u16string(Name)};
   // The text goes first. If the rest fails the backup is still listed, by its records.
-  if (TDiskError Error = Platform_.Storage->Remove(Backup->Path); !Error.empty())
-    return Backup->Path + u": " + Error;
-  TDiskError Error;
+  if (TError Error = Platform_.Storage->Remove(Backup->Path))
+    return About(Backup->Path, std::move(Error));
+  TError Error;
   if (const std::optional<TUndoFile> File = Undo_.Of(Name, &Error))
     Error = Undo_.Remove(File->Name);
-  return Error.empty() ? Error : Paths.UndoFolderPath + u": " + Error;
+  return About(Paths.UndoFolderPath, std::move(Error));
 }
 
 // ---- settings -----------------------------------------------------------------------

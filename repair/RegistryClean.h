@@ -53,17 +53,12 @@ struct TNotRemoved {
   TRemoval Why = TRemoval::Failed;
 };
 
-// Why a fix did not begin.
-enum class TFixRefusal { None, NoBackup, UnknownIgnoreList };
-
 struct TFixReport {
-  TFixRefusal Refusal = TFixRefusal::None;
-  std::u16string Failure; // why nothing was done at all; empty: it was
-  std::u16string Reason;  // of such a failure: what the disk said
+  TError Failure; // why nothing was done at all: NoBackupWritten or IgnoreListUnknown
   std::int32_t Removed = 0;
   std::vector<TNotRemoved> NotRemoved;
-  std::u16string BackupName;    // what to restore to undo the fix; empty: nothing to undo
-  std::u16string BackupFailure; // why the backup's text is missing; the record is there
+  std::u16string BackupName; // what to restore to undo the fix; empty: nothing to undo
+  TError BackupFailure;      // why the backup's text is missing; the record is there
   bool LastFixWritten = true;
 };
 
@@ -82,7 +77,7 @@ public:
   // ---- fixing -----------------------------------------------------------------------
   // Removes the checked problems and keeps a backup. Before anything is removed, the
   // exact state of all of it is on the disk; when that can't be done, or when the ignore list
-  // is there and can't be read, nothing is removed, and the report and the label say why.
+  // is there and can't be read, nothing is removed, and the report says why.
   TFixReport BackupAndFix(TListViewManage &Problems, TScanRegistry &Engine,
                           TStatusLabel &StatusLabel, TProgressBar &ProgressBar,
                           std::u16string_view StatusText);
@@ -111,8 +106,8 @@ public:
   void FinishRestore();
   const TRestoreReport &RestoreReport() const { return RestoreReport_; } // of the last one
 
-  // Deletes the backup of that name with its records. Nothing, or why not.
-  TDiskError DeleteBackup(std::u16string_view Name);
+  // Deletes the backup of that name with its records.
+  TError DeleteBackup(std::u16string_view Name);
 
   // ---- the ignore list ------------------------------------------------------------------
   TIgnoreList IgnoreList;

@@ -60,10 +60,8 @@ TFixReport TRegistryClean::BackupAndFix(TListViewManage &Problems, TScanRegistry
               TRegistry(*Platform_.Registry, TRegAccess::Full),
               {},
               {}};
-  if (!MayBegin(Run) || !RecordBeforeFix(Run)) {
-    StatusLabel.SetText(Run.Report.Failure);
-    return Run.Report;
-  }
+  if (!MayBegin(Run) || !RecordBeforeFix(Run))
+    return std::move(Run.Report);
   if (FixStopped_) { // while it was being recorded
     Forget(Run);
     return std::move(Run.Report);
@@ -78,13 +76,9 @@ TFixReport TRegistryClean::BackupAndFix(TListViewManage &Problems, TScanRegistry
 // The user's own word on what must stay has to be known, also where the list of problems
 // was made without it.
 bool TRegistryClean::MayBegin(TFixRun &Run) const {
-  TDiskError Error = WhyUnreadable(*Platform_.Storage, Paths.IgnoreIniPath);
-  if (Error.empty())
-    return true;
-  Run.Report.Refusal = TFixRefusal::UnknownIgnoreList;
-  Run.Report.Failure = u"Nothing was fixed, because the ignore list is not known. " + Error;
-  Run.Report.Reason = std::move(Error);
-  return false;
+  Run.Report.Failure = Because(WhyUnreadable(*Platform_.Storage, Paths.IgnoreIniPath),
+                               TErrorCode::IgnoreListUnknown);
+  return !Run.Report.Failure;
 }
 
 // True when everything that is going to be removed is on the disk.
@@ -96,22 +90,19 @@ bool TRegistryClean::RecordBeforeFix(TFixRun &Run) {
       RecordFix(Platform_, Run.Problems, Run.Engine.Caption(TProblemType::ShortcutFile), Lines);
   TStorage &Storage = *Platform_.Storage;
   const std::u16string &Folder = Paths.BackupFolderPath;
-  TDiskError Error = Storage.CreateFolder(Folder);
-  if (Error.empty() && !Lines.empty())
+  TError Error = Storage.CreateFolder(Folder);
+  if (!Error && !Lines.empty())
     Error = Storage.Write(Folder + std::u16string(PreparedName), EncodeBackup(Lines));
-  if (!Error.empty())
-    Error = Folder + u": " + Error;
+  Error = About(Folder, std::move(Error));
   TUndoFile File;
-  if (Error.empty())
+  if (!Error)
     Error = Undo_.Save(Run.Record, Run.BackupName, File);
-  if (Error.empty()) {
+  if (!Error) {
     Run.Report.BackupName = File.BackupName;
     return true;
   }
   Storage.Remove(Folder + std::u16string(PreparedName));
-  Run.Report.Failure = u"Nothing was fixed, because no backup could be written. " + Error;
-  Run.Report.Reason = std::move(Error);
-  Run.Report.Refusal = TFixRefusal::NoBackup;
+  Run.Report.Failure = Because(std::move(Error), TErrorCode::NoBackupWritten);
   return false;
 }
 
@@ -208,10 +199,8 @@ TRemoval TRegistryClean::Remove(TFixRun &Run, const TItemInfo &Item) {
 void TRegistryClean::WriteBackup(TFixRun &Run) {
   PruneBackups(Run);
   const std::u16string Path = Paths.BackupFolderPath + Run.BackupName;
-  if (const TDiskError Error =
-          Platform_.Storage->Rename(Paths.BackupFolderPath + std::u16string(PreparedName), Path);
-      !Error.empty())
-    Run.Report.BackupFailure = Path + u": " + Error;
+  Run.Report.BackupFailure = About(
+      Path, Platform_.Storage->Rename(Paths.BackupFolderPath + std::u16string(PreparedName), Path));
 }
 
 // Two of the old backups stay. What has no text is not counted with them: of those the

@@ -42,11 +42,11 @@ void TRestore::Finish() {
     // and the access list of any new key, and a key takes these only when it is made.
     const TSnapshot Base = WithoutImport(Present);
     if (const auto Unread = NewlyUnreadable(Present)) {
-      LeaveUnfinished(PathOf(*Unread) + u" can't be read");
+      LeaveUnfinished({TErrorCode::KeyUnreadable, PathOf(*Unread)});
       return;
     }
     if (const auto Failures = PutBack(Platform_, Present, Base); !Failures.empty()) {
-      LeaveUnfinished(Failures.front().Path + u" can't be put back");
+      LeaveUnfinished({TErrorCode::KeyNotPutBack, Failures.front().Path});
       return;
     }
     Present = Undone(*Record_, Base);
@@ -57,34 +57,31 @@ void TRestore::Finish() {
 
 // The record stays as it is: the next restore, of whatever backup, begins with going
 // back to where this one began.
-void TRestore::LeaveUnfinished(std::u16string_view Why) {
-  Report_.Failure = u"the restore could not be finished, and will be taken back before the next "
-                    u"one: " +
-                    std::u16string(Why);
+void TRestore::LeaveUnfinished(TError Why) {
+  Report_.Failure = Because(std::move(Why), TErrorCode::RestoreUnfinished);
 }
 
 // A restore that was broken off may have left anything between its two states behind,
 // things of the editor's making included. It goes back to where it began; what it is
 // then replaced by starts from there.
 bool TRestore::PutInterruptedRight() {
-  TDiskError Error;
+  TError Error;
   const std::vector<TUndoFile> Files = Undo_.List(&Error);
-  if (!Error.empty())
-    return Fail(Error);
+  if (Error)
+    return Fail(std::move(Error));
   // NOLINTNEXTLINE(modernize-loop-convert): clang 14 has no view from behind
   for (auto File = Files.rbegin(); File != Files.rend(); ++File) {
     if (!File->IsPending)
       continue;
-    std::u16string Why;
-    bool IsUnreadable = false;
-    std::optional<TUndoRecord> Record = Undo_.Load(File->Name, Why, &IsUnreadable);
-    if (IsUnreadable)
-      return Fail(Why);
+    TError Why;
+    std::optional<TUndoRecord> Record = Undo_.Load(File->Name, Why);
+    if (Why.Code == TErrorCode::RecordUnreadable)
+      return Fail(std::move(Why));
     if (!Record)
-      Note(Why + u"; what was left of an interrupted restore stays as it is");
-    else if (Record->Finished ? !Undo_.Finish(*Record, *File).empty()
+      Note(Because(std::move(Why), TErrorCode::InterruptedLeft));
+    else if (Record->Finished ? bool(Undo_.Finish(*Record, *File))
                               : !RollBack(*File, *std::move(Record)))
-      return Fail(u"the rest of an interrupted restore can't be put right");
+      return Fail({TErrorCode::InterruptedNotPutRight, {}});
   }
   return true;
 }
@@ -95,32 +92,28 @@ bool TRestore::RollBack(const TUndoFile &File, TUndoRecord Record) {
   const bool AllPut = PutBack(Platform_, Own_.Before, Record.Before).empty();
   EndRecord(Record.Before);
   if (AllPut)
-    return Undo_.Remove(File.Name).empty();
+    return !Undo_.Remove(File.Name);
   // It must not keep all later restores from beginning: what it still holds can be
   // restored like a backup.
-  Note(u"not all of an interrupted restore could be taken back; the rest is in " + File.BackupName);
+  Note({TErrorCode::InterruptedPartlyTakenBack, File.BackupName});
   Record.Marks = MarksOfChange(Record.Before, TakeSnapshot(Platform_, Record.Before.Scope));
   Record.Finished = true;
-  return Undo_.Finish(Record, File).empty();
+  return !Undo_.Finish(Record, File);
 }
 
 // A record that is there and can't be read now is worth waiting for: without it some
 // would come back only as the text has it. One that is damaged never will be.
 bool TRestore::LoadRecord() {
-  TDiskError Error;
-  std::u16string Why = u"there is no exact record of it";
-  if (const std::optional<TUndoFile> File = Undo_.Of(Backup_.Name, &Error)) {
-    bool IsUnreadable = false;
-    Record_ = Undo_.Load(File->Name, Why, &IsUnreadable);
-    if (IsUnreadable)
-      Error = Why;
-  }
-  if (!Error.empty())
-    return Fail(Error);
-  if (!Record_ && !Backup_.HasText)
-    return Fail(Why);
+  TError Error;
+  TError Why = {TErrorCode::NoRecord, {}};
+  if (const std::optional<TUndoFile> File = Undo_.Of(Backup_.Name, &Error))
+    Record_ = Undo_.Load(File->Name, Why);
+  if (Error)
+    return Fail(std::move(Error));
+  if (Why.Code == TErrorCode::RecordUnreadable || (!Record_ && !Backup_.HasText))
+    return Fail(std::move(Why));
   if (!Record_)
-    Note(Why + u"; only what the backup's text holds is restored");
+    Note(Because(std::move(Why), TErrorCode::TextOnly));
   return true;
 }
 
@@ -128,8 +121,8 @@ bool TRestore::LoadText() {
   if (!Backup_.HasText)
     return true;
   std::string Bytes;
-  if (const TDiskError Error = Platform_.Storage->Read(Backup_.Path, Bytes); !Error.empty())
-    return Fail(Backup_.Path + u": " + Error);
+  if (TError Error = Platform_.Storage->Read(Backup_.Path, Bytes))
+    return Fail(About(Backup_.Path, std::move(Error)));
   Text_ = ScopeOfBackup(DecodeBackup(Bytes));
   return true;
 }
@@ -141,8 +134,8 @@ bool TRestore::BeginRecord(const TScope &Scope) {
   Own_.ViewBits = ThisView();
   Own_.Finished = false;
   Own_.Before = TakeSnapshot(Platform_, Scope);
-  const TDiskError Error = Undo_.Save(Own_, BackupNameOf(Platform_.Clock->Now()), OwnFile_);
-  return Error.empty() || Fail(u"what is there now could not be recorded: " + Error);
+  TError Error = Undo_.Save(Own_, BackupNameOf(Platform_.Clock->Now()), OwnFile_);
+  return !Error || Fail(Because(std::move(Error), TErrorCode::PresentNotRecorded));
 }
 
 // What can't be read now and could be when it was fixed is not replaced unseen: another
@@ -152,7 +145,7 @@ bool TRestore::IsRecordWhole() {
     if (Status != TRegStatus::Failed || (Record_ && !Record_->Before.Knows(Place)))
       continue;
     Undo_.Remove(OwnFile_.Name);
-    return Fail(PathOf(Place) + u" can't be read");
+    return Fail({TErrorCode::KeyUnreadable, PathOf(Place)});
   }
   return true;
 }
@@ -173,16 +166,16 @@ std::u16string TRestore::EndRecord(const TSnapshot &Wanted) {
   Own_.Changes = CountMarks(Own_.Marks);
   Own_.Finished = true;
   const bool Changed = Own_.Changes != 0;
-  const TDiskError Error = Changed ? Undo_.Finish(Own_, OwnFile_) : Undo_.Remove(OwnFile_.Name);
-  if (!Error.empty())
-    Note(u"the record of this restore could not be finished: " + Error);
+  TError Error = Changed ? Undo_.Finish(Own_, OwnFile_) : Undo_.Remove(OwnFile_.Name);
+  if (Error)
+    Note(Because(std::move(Error), TErrorCode::RestoreRecordUnfinished));
   return Changed ? OwnFile_.BackupName : u"";
 }
 
 void TRestore::StartEditor() {
   Editor_ = Platform_.Shell->Start(u"Regedit", u"/s \"" + Backup_.Path + u"\"");
   if (!Editor_)
-    Note(u"the registry editor could not be started");
+    Note({TErrorCode::EditorNotStarted, {}});
 }
 
 // The keys that the text names, and those on the way to them, as they were before the
@@ -202,9 +195,9 @@ TSnapshot TRestore::WithoutImport(TSnapshot Present) const {
   return Present;
 }
 
-bool TRestore::Fail(std::u16string_view Why) {
-  if (Report_.Failure.empty())
-    Report_.Failure = u"nothing was restored: " + std::u16string(Why);
+bool TRestore::Fail(TError Why) {
+  if (!Report_.Failure)
+    Report_.Failure = Because(std::move(Why), TErrorCode::NothingRestored);
   return false;
 }
 

@@ -17,8 +17,8 @@
 namespace hivesweep {
 
 struct TRestoreReport {
-  std::u16string Failure;            // why it was not, or not to its end; empty: it was
-  std::vector<std::u16string> Notes; // what went otherwise than it should, in sentences
+  TError Failure;            // why it was not, or not to its end
+  std::vector<TError> Notes; // what went otherwise than it should
   std::vector<TPutFailure> NotRestored;
   std::u16string UndoName; // the backup that undoes this restore; empty: nothing changed
 };
@@ -51,11 +51,11 @@ private:
   bool BeginRecord(const TScope &Scope);
   bool IsRecordWhole();
   std::optional<TKeyPlace> NewlyUnreadable(const TSnapshot &Present) const;
-  void LeaveUnfinished(std::u16string_view Why);
+  void LeaveUnfinished(TError Why);
   std::u16string EndRecord(const TSnapshot &Wanted);
   void StartEditor();
-  bool Fail(std::u16string_view Why); // always false
-  void Note(std::u16string Sentence) { Report_.Notes.push_back(std::move(Sentence)); }
+  bool Fail(TError Why); // always false
+  void Note(TError What) { Report_.Notes.push_back(std::move(What)); }
 
   TPlatform &Platform_;
   TUndoStore &Undo_;

@@ -292,25 +292,27 @@ std::string EncodeUndoRecord(const TUndoRecord &Record) {
   return std::move(Out.Out);
 }
 
-std::optional<TUndoRecord> DecodeUndoRecord(std::string_view Bytes, std::u16string &Why) {
+std::optional<TUndoRecord> DecodeUndoRecord(std::string_view Bytes, TError &Why) {
   if (Bytes.size() < HeaderSize || !Bytes.starts_with(Magic)) {
-    Why = u"is no undo record";
+    Why = {TErrorCode::RecordUnknown, {}};
     return std::nullopt;
   }
   TReader Header(Bytes.substr(Magic.size()));
   if (const auto Found = Header.Number<std::uint32_t>(); Found != Version) {
-    Why = u"has version " + ToDecimal(Found) + u", which this program does not know";
+    Why = {TErrorCode::RecordOfNewerVersion, {}, Found};
     return std::nullopt;
   }
   const auto Size = Header.Number<std::uint64_t>();
   const auto Sum = Header.Number<std::uint32_t>();
   const std::string_view Body = Bytes.substr(HeaderSize);
-  Why = u"is damaged";
+  Why = {TErrorCode::RecordDamaged, {}};
   if (Size != Body.size() || Sum != Crc32(Body))
     return std::nullopt;
   try {
     TReader Reader(Body);
-    return ReadBody(Reader);
+    TUndoRecord Record = ReadBody(Reader);
+    Why = {};
+    return Record;
   } catch (const TMalformed &) {
     return std::nullopt;
   }

@@ -64,7 +64,7 @@ TUndoMarks MarksOfChange(const TSnapshot &Before, const TSnapshot &After);
 std::string EncodeUndoRecord(const TUndoRecord &Record);
 
 // Nothing when the bytes are no whole record that this program understands; Why then
-// says so, as the end of a sentence about the file.
-std::optional<TUndoRecord> DecodeUndoRecord(std::string_view Bytes, std::u16string &Why);
+// says so, and its subject is left to the caller, who knows the file.
+std::optional<TUndoRecord> DecodeUndoRecord(std::string_view Bytes, TError &Why);
 
 } // namespace hivesweep

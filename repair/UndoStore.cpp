@@ -27,17 +27,13 @@ std::uint64_t NumberOf(std::u16string_view Name) {
   return Number;
 }
 
-TDiskError Named(std::u16string_view Path, const TDiskError &Error) {
-  return Error.empty() ? Error : std::u16string(Path) + u": " + Error;
-}
-
 } // namespace
 
-std::vector<TUndoFile> TUndoStore::List(TDiskError *Error) const {
+std::vector<TUndoFile> TUndoStore::List(TError *Error) const {
   std::vector<TStoredFile> Found;
-  const TDiskError Listed = Named(Folder_, Storage_.List(Folder_, Found));
+  TError Listed = About(Folder_, Storage_.List(Folder_, Found));
   if (Error)
-    *Error = Listed;
+    *Error = std::move(Listed);
   std::vector<TUndoFile> Out;
   for (TStoredFile &File : Found) {
     const std::u16string_view Name = File.Name;
@@ -60,20 +56,20 @@ std::vector<TUndoFile> TUndoStore::List(TDiskError *Error) const {
   return Out;
 }
 
-std::optional<TUndoFile> TUndoStore::Of(std::u16string_view BackupName, TDiskError *Error) const {
+std::optional<TUndoFile> TUndoStore::Of(std::u16string_view BackupName, TError *Error) const {
   for (TUndoFile &File : List(Error))
     if (!File.IsPending && File.BackupName == BackupName)
       return std::move(File); // cppcheck-suppress returnStdMoveLocal ; one of a list
   return std::nullopt;
 }
 
-TDiskError TUndoStore::Save(const TUndoRecord &Record, std::u16string_view BackupName,
-                            TUndoFile &File) {
-  TDiskError Error = Named(Folder_, Storage_.CreateFolder(Folder_));
+TError TUndoStore::Save(const TUndoRecord &Record, std::u16string_view BackupName,
+                        TUndoFile &File) {
+  TError Error = About(Folder_, Storage_.CreateFolder(Folder_));
   std::vector<TUndoFile> Taken;
-  if (Error.empty())
+  if (!Error)
     Taken = List(&Error);
-  if (!Error.empty())
+  if (Error)
     return Error;
   RemoveHalfWritten();
   const std::u16string Second(WithoutExtension(BackupName));
@@ -87,28 +83,28 @@ TDiskError TUndoStore::Save(const TUndoRecord &Record, std::u16string_view Backu
   return SaveAs(Record, File.Name);
 }
 
-TDiskError TUndoStore::Finish(const TUndoRecord &Record, const TUndoFile &File) {
-  if (TDiskError Error = SaveAs(Record, File.Name); !Error.empty())
+TError TUndoStore::Finish(const TUndoRecord &Record, const TUndoFile &File) {
+  if (TError Error = SaveAs(Record, File.Name))
     return Error;
   const std::u16string Name = std::u16string(WithoutExtension(File.Name)) + std::u16string(Done);
-  return Named(Folder_ + Name, Storage_.Rename(Folder_ + File.Name, Folder_ + Name));
+  return About(Folder_ + Name, Storage_.Rename(Folder_ + File.Name, Folder_ + Name));
 }
 
-TDiskError TUndoStore::SaveAs(const TUndoRecord &Record, std::u16string_view Name) {
+TError TUndoStore::SaveAs(const TUndoRecord &Record, std::u16string_view Name) {
   const std::string Bytes = EncodeUndoRecord(Record);
   const std::u16string Target = Folder_ + std::u16string(Name);
   const std::u16string HalfPath = Target + std::u16string(HalfWritten);
-  TDiskError Error = Storage_.Write(HalfPath, Bytes);
+  TError Error = Storage_.Write(HalfPath, Bytes);
   std::string Again;
-  if (Error.empty())
+  if (!Error)
     Error = Storage_.Read(HalfPath, Again);
-  if (Error.empty() && Again != Bytes)
-    Error = u"what was written did not read back the same";
-  if (Error.empty())
+  if (!Error && Again != Bytes)
+    Error = {TErrorCode::ReadBackDiffers, {}};
+  if (!Error)
     Error = Storage_.Rename(HalfPath, Target);
-  if (!Error.empty())
+  if (Error)
     Storage_.Remove(HalfPath);
-  return Named(Folder_, Error);
+  return About(Folder_, std::move(Error));
 }
 
 void TUndoStore::RemoveHalfWritten() {
@@ -119,25 +115,19 @@ void TUndoStore::RemoveHalfWritten() {
       Storage_.Remove(Folder_ + File.Name);
 }
 
-std::optional<TUndoRecord> TUndoStore::Load(std::u16string_view Name, std::u16string &Why,
-                                            bool *IsUnreadable) const {
+std::optional<TUndoRecord> TUndoStore::Load(std::u16string_view Name, TError &Why) const {
   const std::u16string Path = Folder_ + std::u16string(Name);
   std::string Bytes;
-  const TDiskError Error = Storage_.Read(Path, Bytes);
-  if (IsUnreadable)
-    *IsUnreadable = !Error.empty();
-  if (!Error.empty()) {
-    Why = u"the undo record " + Path + u" can't be read: " + Error;
+  Why = Because(Storage_.Read(Path, Bytes), TErrorCode::RecordUnreadable, Path);
+  if (Why)
     return std::nullopt;
-  }
   std::optional<TUndoRecord> Record = DecodeUndoRecord(Bytes, Why);
   if (Record && Record->ViewBits != ThisView()) {
-    Why = u"was made by the " + ToDecimal(Record->ViewBits) +
-          u"-bit program, which sees other keys than this one: restore with that";
+    Why = {TErrorCode::RecordOfOtherView, {}, Record->ViewBits};
     Record.reset();
   }
   if (!Record)
-    Why = u"the undo record " + Path + u" " + Why;
+    Why.Subject = Path;
   return Record;
 }
 

@@ -31,33 +31,31 @@ public:
 
   // All records, oldest first. A folder that can't be listed has none, and is told in
   // Error.
-  std::vector<TUndoFile> List(TDiskError *Error = nullptr) const;
+  std::vector<TUndoFile> List(TError *Error = nullptr) const;
 
   // That of one backup. Nothing when it has none, or by Error.
-  std::optional<TUndoFile> Of(std::u16string_view BackupName, TDiskError *Error = nullptr) const;
+  std::optional<TUndoFile> Of(std::u16string_view BackupName, TError *Error = nullptr) const;
 
-  // The record is complete, on the disk and read back equal when this answers nothing;
-  // else it answers why not, naming the folder. BackupName is the name that is wished
+  // The record is complete, on the disk and read back equal when this answers no
+  // error. BackupName is the name that is wished
   // for; in File it is another one of the same second when there is a record of that
   // name: none is ever replaced.
-  TDiskError Save(const TUndoRecord &Record, std::u16string_view BackupName, TUndoFile &File);
+  TError Save(const TUndoRecord &Record, std::u16string_view BackupName, TUndoFile &File);
 
   // Ends a pending record: Record, which is saved in its place first, becomes one of
   // those that can be undone, by the name that it has.
-  TDiskError Finish(const TUndoRecord &Record, const TUndoFile &File);
+  TError Finish(const TUndoRecord &Record, const TUndoFile &File);
 
-  // Nothing when it can't be used; Why is then a sentence that names the file.
-  // IsUnreadable: the disk did not give it; another time it may. Else it is damaged, or
-  // of another view of the registry.
-  std::optional<TUndoRecord> Load(std::u16string_view Name, std::u16string &Why,
-                                  bool *IsUnreadable = nullptr) const;
+  // Nothing when it can't be used; Why then says so. RecordUnreadable: the disk did not
+  // give it; another time it may. Else it is damaged, or of another view of the registry.
+  std::optional<TUndoRecord> Load(std::u16string_view Name, TError &Why) const;
 
-  TDiskError Remove(std::u16string_view Name) {
+  TError Remove(std::u16string_view Name) {
     return Storage_.Remove(Folder_ + std::u16string(Name));
   }
 
 private:
-  TDiskError SaveAs(const TUndoRecord &Record, std::u16string_view Name);
+  TError SaveAs(const TUndoRecord &Record, std::u16string_view Name);
   void RemoveHalfWritten();
 
   TStorage &Storage_;

@@ -41,7 +41,7 @@ void SavePicture(const TForm &Form, const std::u16string &Path) {
   DeleteObject(Picture);
   DeleteDC(Memory);
   ReleaseDC(nullptr, Screen);
-  if (!Copied || !Pixels || !WriteWholeFile(Path, Bytes).empty())
+  if (!Copied || !Pixels || WriteWholeFile(Path, Bytes))
     throw std::runtime_error("no picture could be written: " + ToUtf8(Path));
 }
 

@@ -369,7 +369,7 @@ void Tfrm_check::Fix() {
   const TFixReport Report =
       Clean_->BackupAndFix(Bench_.Problems, Bench_.Engine, StatusLabel, ProgressBar, Fixing);
   Bench_.SelectedCount = Bench_.Problems.CheckedCount();
-  if (Report.Refusal != TFixRefusal::None)
+  if (Report.Failure)
     ShowRefusal(Report);
   else if (const std::int32_t Fixed = Before - Bench_.Problems.TotalCount(); Fixed > 0)
     ShowFixed(Fixed);
@@ -379,10 +379,7 @@ void Tfrm_check::Fix() {
 
 void Tfrm_check::ShowRefusal(const TFixReport &Report) {
   Progress_.SetVisible(false);
-  const TLanguageText &Why = Report.Refusal == TFixRefusal::NoBackup
-                                 ? LanguageText(u"FixFailed")
-                                 : LanguageText(u"FixWithoutList");
-  Status_.SetText(Bench_.Text(Why).append(u" ").append(Report.Reason));
+  Status_.SetText(Bench_.Language.Words(Report.Failure));
 }
 
 void Tfrm_check::ShowFixed(std::int32_t Count) {

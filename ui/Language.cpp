@@ -101,6 +101,11 @@ std::u16string TLanguage::TextOr(std::u16string_view Key, std::u16string_view De
   return Found == Texts_.end() ? std::u16string(Default) : Found->second;
 }
 
+std::u16string TLanguage::Words(const TError &Error) const {
+  return ErrorWords(Error,
+                    [this](const TErrorText &Text) { return TextOr(Text.Key, Text.English); });
+}
+
 std::u16string TLanguage::ReadFileString(std::u16string_view Section, std::u16string_view Key,
                                          std::u16string_view Default) const {
   return LanguageFile_.ReadString(Section, Key, Default);

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/ErrorTexts.h"
 #include "platform/Platform.h"
 #include "platform/Text.h"
 #include "repair/AppFrame.h"
@@ -44,6 +45,9 @@ public:
   // A single text, which may be empty, or Default when the language lacks it.
   std::u16string TextOr(std::u16string_view Key, std::u16string_view Default) const;
   std::u16string TextOr(const TLanguageText &Text) const { return TextOr(Text.Key, Text.English); }
+
+  // A failure and its causes as a sentence.
+  std::u16string Words(const TError &Error) const;
 
   // Any text of the loaded file.
   std::u16string ReadFileString(std::u16string_view Section, std::u16string_view Key,

@@ -1,5 +1,6 @@
 #include "ui/LanguageKeys.h"
 
+#include "platform/ErrorTexts.h"
 #include "platform/Text.h"
 
 namespace hivesweep {
@@ -20,6 +21,8 @@ void AddSingleTexts(std::vector<TFileText> &Out) {
   for (const TLanguageText &Text : LanguageTexts)
     Add(Text.Key, Text.English);
   for (const TLanguageText &Text : AreaDescriptions)
+    Add(Text.Key, Text.English);
+  for (const TErrorText &Text : ErrorTexts())
     Add(Text.Key, Text.English);
   for (const TArea &Area : Areas)
     Add(AreaCaptionKey(Area), Area.Caption);

@@ -64,8 +64,6 @@ inline constexpr TLanguageText LanguageTexts[] = {
     {u"BackData", u"Backup data..."},
     {u"fixing", u"Fixing..."},
     {u"Repairfinish", u"Repaired successfully."},
-    {u"FixFailed", u"Nothing was fixed, because no backup could be written."},
-    {u"FixWithoutList", u"Nothing was fixed, because the ignore list could not be read."},
     // The dialog of the backups.
     {u"RestoreMessage", u"You will perform a rollback with this backup. Continue?"},
     {u"RestoreSucMessage", u"The backup has been restored successfully!"},

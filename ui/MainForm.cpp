@@ -343,9 +343,9 @@ void Tfrm_main::IgnoredProblem1Click(TComponent &) {
   const TItemInfo *Item = ItemOf(Row);
   if (!Item)
     return;
-  if (const TDiskError Error = Clean_.IgnoreList.Add(Item->KeyPath, Item->ValueName);
-      !Error.empty()) {
-    ShowMessage(this, Bench_.Text(LanguageText(u"IgnoreFailed")) + u" " + Error,
+  if (const TError Error = Clean_.IgnoreList.Add(Item->KeyPath, Item->ValueName)) {
+    ShowMessage(this,
+                Bench_.Text(LanguageText(u"IgnoreFailed")) + u" " + Bench_.Language.Words(Error),
                 Bench_.Text(LanguageText(u"Title")), TMessageKind::Warning);
     return;
   }

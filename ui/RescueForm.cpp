@@ -73,14 +73,14 @@ TFormTable RescueTable() {
 }
 
 // What did not go as it should have, the gravest thing first; empty when all went well.
-std::u16string FailureOf(const TRestoreReport &Report) {
-  if (!Report.Failure.empty())
-    return Report.Failure;
+std::u16string FailureOf(const TLanguage &Language, const TRestoreReport &Report) {
+  if (Report.Failure)
+    return Language.Words(Report.Failure);
   if (!Report.NotRestored.empty()) {
     const TPutFailure &First = Report.NotRestored.front();
     return First.Value.empty() ? First.Path : First.Path + u", " + First.Value;
   }
-  return Report.Notes.empty() ? u"" : Report.Notes.front();
+  return Report.Notes.empty() ? u"" : Language.Words(Report.Notes.front());
 }
 
 // The name that FillRows put into the row: always its last cell.
@@ -215,7 +215,8 @@ void Tfrm_rescue::Button1Click(TComponent &) {
   }
   if (!Restoring_) {
     if (IsBackup(Name))
-      ShowFailure(LanguageText(u"RestoreFailed"), FailureOf(Clean_->RestoreReport()));
+      ShowFailure(LanguageText(u"RestoreFailed"),
+                  FailureOf(Bench_.Language, Clean_->RestoreReport()));
     return;
   }
   UpdateButtons();
@@ -238,7 +239,7 @@ void Tfrm_rescue::Timer1Timer(TComponent &) {
 void Tfrm_rescue::RestoreEnded() {
   Restoring_ = false;
   Timer_.SetEnabled(false);
-  ShowFailure(LanguageText(u"RestoreFailed"), FailureOf(Clean_->RestoreReport()));
+  ShowFailure(LanguageText(u"RestoreFailed"), FailureOf(Bench_.Language, Clean_->RestoreReport()));
   FillList(SelectedEntry()); // what undoes the restore is one of them now
   UpdateButtons();
 }
@@ -249,10 +250,10 @@ void Tfrm_rescue::Button2Click(TComponent &) {
       !Tell(*this, Bench_.Language, LanguageText(u"DeleteMessage"), TMessageKind::Question))
     return;
   const std::u16string Name = CommandedName(Row);
-  const TDiskError Error = Clean_->DeleteBackup(Name);
-  const bool IsLeft = !Error.empty() && IsBackup(Name);
-  ShowFailure(LanguageText(u"DeleteFailed"), IsLeft ? Error : u"");
-  if (Error.empty())
+  const TError Error = Clean_->DeleteBackup(Name);
+  const bool IsLeft = Error && IsBackup(Name);
+  ShowFailure(LanguageText(u"DeleteFailed"), IsLeft ? Bench_.Language.Words(Error) : u"");
+  if (!Error)
     List_.DeleteRow(Row);
   UpdateButtons();
 }

@@ -11,13 +11,13 @@
 
 namespace hivesweep {
 
-TDiskError ReadWholeFile(std::u16string_view Path, std::string &Out, std::size_t Limit) {
+TError ReadWholeFile(std::u16string_view Path, std::string &Out, std::size_t Limit) {
   Out.clear();
   if (!IsName(Path))
-    return ErrorText(ENOENT);
+    return Errno(ENOENT);
   const TDescriptor File(open(ToUtf8(Path).c_str(), O_RDONLY | O_CLOEXEC));
   if (!File.IsOpen())
-    return ErrorText(errno);
+    return Errno(errno);
   // Read to its end, whatever size is told: the file may grow.
   constexpr std::size_t Part = 1u << 18;
   for (;;) {
@@ -28,24 +28,24 @@ TDiskError ReadWholeFile(std::u16string_view Path, std::string &Out, std::size_t
     Out.resize(Old + (Count > 0 ? static_cast<std::size_t>(Count) : 0));
     if (Out.size() > Limit) {
       Out.clear();
-      return ErrorText(EFBIG);
+      return Errno(EFBIG);
     }
     if (Count == 0)
       return {};
     if (Count < 0 && Error != EINTR) {
       Out.clear();
-      return ErrorText(Error);
+      return Errno(Error);
     }
   }
 }
 
-TDiskError WriteWholeFile(std::u16string_view Path, std::string_view Bytes) {
+TError WriteWholeFile(std::u16string_view Path, std::string_view Bytes) {
   if (!IsName(Path))
-    return ErrorText(ENOENT);
+    return Errno(ENOENT);
   const std::string Target = ToUtf8(Path);
   // A rename would replace it.
   if (IsReadOnly(Target))
-    return ErrorText(EACCES);
+    return Errno(EACCES);
   struct stat Old = {};
   const bool Exists = stat(Target.c_str(), &Old) == 0;
   const std::string Folder = Target.substr(0, Target.rfind('/') + 1);
@@ -56,7 +56,7 @@ TDiskError WriteWholeFile(std::u16string_view Path, std::string_view Bytes) {
     if (!File.IsOpen()) {
       if (errno == EEXIST && Try < 1000)
         continue;
-      return ErrorText(errno);
+      return Errno(errno);
     }
     if ((!Exists || fchmod(File.Get(), Old.st_mode & 0777) == 0) &&
         WriteAndFlush(File.Get(), Bytes) && File.Close() &&
@@ -64,17 +64,17 @@ TDiskError WriteWholeFile(std::u16string_view Path, std::string_view Bytes) {
       return {};
     const int Error = errno;
     unlink(Temporary.c_str());
-    return ErrorText(Error);
+    return Errno(Error);
   }
 }
 
-TDiskError CheckFolder(std::u16string_view Path) {
+TError CheckFolder(std::u16string_view Path) {
   if (!IsName(Path))
-    return ErrorText(ENOENT);
+    return Errno(ENOENT);
   struct stat Found = {};
   if (stat(ToUtf8(Path).c_str(), &Found) != 0)
-    return ErrorText(errno);
-  return S_ISDIR(Found.st_mode) ? TDiskError() : ErrorText(ENOTDIR);
+    return Errno(errno);
+  return S_ISDIR(Found.st_mode) ? TError() : Errno(ENOTDIR);
 }
 
 std::u16string AbsolutePath(std::u16string_view Path) {

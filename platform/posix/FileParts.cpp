@@ -9,7 +9,11 @@
 
 namespace hivesweep {
 
-TDiskError ErrorText(int Error) { return FromUtf8(std::strerror(Error)); }
+TError Errno(int Number) { return SystemError(static_cast<std::uint32_t>(Number)); }
+
+std::u16string SystemErrorText(std::uint32_t Number) {
+  return FromUtf8(std::strerror(static_cast<int>(Number)));
+}
 
 bool WriteAndFlush(int File, std::string_view Bytes) {
   while (!Bytes.empty()) {

@@ -10,8 +10,8 @@
 
 namespace hivesweep {
 
-// The system's words for an errno.
-TDiskError ErrorText(int Error);
+// The error of an errno.
+TError Errno(int Number);
 
 // A file's descriptor; closes it.
 class TDescriptor {

@@ -22,7 +22,7 @@ std::u16string_view WithoutQuotes(std::u16string_view Value) {
 
 std::u16string ReadText(std::u16string_view Path) {
   std::string Bytes;
-  return ReadWholeFile(Path, Bytes).empty() ? DecodeTextFile(Bytes) : std::u16string();
+  return ReadWholeFile(Path, Bytes) ? std::u16string() : DecodeTextFile(Bytes);
 }
 
 // How the units of a settings file stand on the disk.
@@ -106,7 +106,7 @@ bool TPosixProfiles::WriteString(std::u16string_view Path, std::u16string_view S
   const bool IsMissing = stat(ToUtf8(Path).c_str(), &Found) != 0 && errno == ENOENT;
   if (IsMissing && !Text)
     return true;
-  if (!IsMissing && !ReadWholeFile(Path, Bytes).empty())
+  if (!IsMissing && ReadWholeFile(Path, Bytes))
     return false;
   const TEncoding Encoding = EncodingOf(Bytes);
   std::u16string Whole = DecodeTextFile(Bytes);
@@ -115,7 +115,7 @@ bool TPosixProfiles::WriteString(std::u16string_view Path, std::u16string_view S
     return false;
   SetIniText(Whole, Section, Key, Text);
   const std::string New = Encoded(Whole, Encoding);
-  return (!IsMissing && New == Bytes) || WriteWholeFile(Path, New).empty();
+  return (!IsMissing && New == Bytes) || !WriteWholeFile(Path, New);
 }
 
 std::optional<TFileStamp> TPosixProfiles::Stamp(std::u16string_view Path) {

@@ -30,19 +30,19 @@ void FlushFolderOf(const std::string &Path) {
 
 } // namespace
 
-TDiskError TPosixStorage::List(std::u16string_view Folder, std::vector<TStoredFile> &Out) {
+TError TPosixStorage::List(std::u16string_view Folder, std::vector<TStoredFile> &Out) {
   Out.clear();
   if (!IsName(Folder))
-    return ErrorText(ENOENT);
+    return Errno(ENOENT);
   const std::unique_ptr<DIR, TFolderCloser> Opened(opendir(ToUtf8(Folder).c_str()));
   if (!Opened)
-    return errno == ENOENT ? TDiskError() : ErrorText(errno);
+    return errno == ENOENT ? TError() : Errno(errno);
   for (;;) {
     errno = 0;
     // cppcheck-suppress readdirCalled ; one thread, and the newer one is on its way out
     const dirent *const Entry = readdir(Opened.get());
     if (!Entry)
-      return errno == 0 ? TDiskError() : ErrorText(errno);
+      return errno == 0 ? TError() : Errno(errno);
     const std::string_view Name = Entry->d_name;
     struct stat Found = {};
     // What has gone meanwhile, and a link that leads nowhere, is no file.
@@ -53,54 +53,54 @@ TDiskError TPosixStorage::List(std::u16string_view Folder, std::vector<TStoredFi
   }
 }
 
-TDiskError TPosixStorage::Read(std::u16string_view Path, std::string &Out) {
+TError TPosixStorage::Read(std::u16string_view Path, std::string &Out) {
   return ReadWholeFile(Path, Out);
 }
 
-TDiskError TPosixStorage::Write(std::u16string_view Path, std::string_view Bytes) {
+TError TPosixStorage::Write(std::u16string_view Path, std::string_view Bytes) {
   if (!IsName(Path))
-    return ErrorText(ENOENT);
+    return Errno(ENOENT);
   const std::string Name = ToUtf8(Path);
   if (IsReadOnly(Name))
-    return ErrorText(EACCES);
+    return Errno(EACCES);
   TDescriptor File(open(Name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
   const bool Written = File.IsOpen() && WriteAndFlush(File.Get(), Bytes) && File.Close();
-  return Written ? TDiskError() : ErrorText(errno);
+  return Written ? TError() : Errno(errno);
 }
 
-TDiskError TPosixStorage::Rename(std::u16string_view From, std::u16string_view To) {
+TError TPosixStorage::Rename(std::u16string_view From, std::u16string_view To) {
   if (!IsName(From) || !IsName(To))
-    return ErrorText(ENOENT);
+    return Errno(ENOENT);
   const std::string Target = ToUtf8(To);
   if (IsReadOnly(Target))
-    return ErrorText(EACCES);
+    return Errno(EACCES);
   if (rename(ToUtf8(From).c_str(), Target.c_str()) != 0)
-    return ErrorText(errno);
+    return Errno(errno);
   FlushFolderOf(Target);
   return {};
 }
 
-TDiskError TPosixStorage::Remove(std::u16string_view Path) {
+TError TPosixStorage::Remove(std::u16string_view Path) {
   if (!IsName(Path))
-    return ErrorText(ENOENT);
+    return Errno(ENOENT);
   const std::string Name = ToUtf8(Path);
   if (IsReadOnly(Name))
-    return ErrorText(EACCES);
+    return Errno(EACCES);
   const bool IsGone = unlink(Name.c_str()) == 0 || errno == ENOENT || errno == ENOTDIR;
-  return IsGone ? TDiskError() : ErrorText(errno);
+  return IsGone ? TError() : Errno(errno);
 }
 
-TDiskError TPosixStorage::CreateFolder(std::u16string_view Path) {
-  if (CheckFolder(Path).empty())
+TError TPosixStorage::CreateFolder(std::u16string_view Path) {
+  if (!CheckFolder(Path))
     return {};
   if (!IsName(Path))
-    return ErrorText(ENOENT);
+    return Errno(ENOENT);
   const std::size_t Last = Path.rfind(u'/');
   if (Last != std::u16string_view::npos && Last > 0)
-    if (TDiskError Error = CreateFolder(Path.substr(0, Last)); !Error.empty())
+    if (TError Error = CreateFolder(Path.substr(0, Last)); Error)
       return Error;
   // Someone else may have been faster.
-  return mkdir(ToUtf8(Path).c_str(), 0777) == 0 ? TDiskError() : CheckFolder(Path);
+  return mkdir(ToUtf8(Path).c_str(), 0777) == 0 ? TError() : CheckFolder(Path);
 }
 
 void TPosixStorage::MakeWritable(std::u16string_view Path) {

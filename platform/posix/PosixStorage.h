@@ -7,12 +7,12 @@ namespace hivesweep {
 
 class TPosixStorage final : public TStorage {
 public:
-  TDiskError List(std::u16string_view Folder, std::vector<TStoredFile> &Out) override;
-  TDiskError Read(std::u16string_view Path, std::string &Out) override;
-  TDiskError Write(std::u16string_view Path, std::string_view Bytes) override;
-  TDiskError Rename(std::u16string_view From, std::u16string_view To) override;
-  TDiskError Remove(std::u16string_view Path) override;
-  TDiskError CreateFolder(std::u16string_view Path) override;
+  TError List(std::u16string_view Folder, std::vector<TStoredFile> &Out) override;
+  TError Read(std::u16string_view Path, std::string &Out) override;
+  TError Write(std::u16string_view Path, std::string_view Bytes) override;
+  TError Rename(std::u16string_view From, std::u16string_view To) override;
+  TError Remove(std::u16string_view Path) override;
+  TError CreateFolder(std::u16string_view Path) override;
   void MakeWritable(std::u16string_view Path) override;
 };
 

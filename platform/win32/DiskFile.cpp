@@ -5,36 +5,36 @@
 
 namespace hivesweep {
 
-TDiskError ReadWholeFile(std::u16string_view Path, std::string &Out, std::size_t Limit) {
+TError ReadWholeFile(std::u16string_view Path, std::string &Out, std::size_t Limit) {
   Out.clear();
   if (HoldsZero(Path))
-    return ErrorText(ERROR_INVALID_NAME);
+    return SystemError(ERROR_INVALID_NAME);
   const TFileHandle File = OpenToRead(SystemPath(AbsolutePath(Path)), 0);
-  return File.IsOpen() && ReadToEnd(File.Get(), Out, Limit) ? TDiskError() : LastErrorText();
+  return File.IsOpen() && ReadToEnd(File.Get(), Out, Limit) ? TError() : LastError();
 }
 
-TDiskError WriteWholeFile(std::u16string_view Path, std::string_view Bytes) {
+TError WriteWholeFile(std::u16string_view Path, std::string_view Bytes) {
   if (HoldsZero(Path))
-    return ErrorText(ERROR_INVALID_NAME);
+    return SystemError(ERROR_INVALID_NAME);
   const std::u16string Whole = AbsolutePath(Path);
   const std::u16string Target = SystemPath(Whole);
   const DWORD Attributes = GetFileAttributesW(Wide(Target));
   if (Attributes != INVALID_FILE_ATTRIBUTES &&
       (Attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0)
-    return ErrorText(ERROR_ACCESS_DENIED);
+    return SystemError(ERROR_ACCESS_DENIED);
   TTemporaryFile Temporary(std::u16string_view(Whole).substr(0, Whole.rfind(u'\\') + 1));
   if (!Temporary.IsMade() || !WriteAndFlush(Temporary.Get(), Bytes) || !Temporary.RenameTo(Target))
-    return LastErrorText();
+    return LastError();
   return {};
 }
 
-TDiskError CheckFolder(std::u16string_view Path) {
+TError CheckFolder(std::u16string_view Path) {
   if (Path.empty() || HoldsZero(Path))
-    return ErrorText(ERROR_INVALID_NAME);
+    return SystemError(ERROR_INVALID_NAME);
   const DWORD Attributes = GetFileAttributesW(Wide(SystemPath(AbsolutePath(Path))));
   if (Attributes == INVALID_FILE_ATTRIBUTES)
-    return LastErrorText();
-  return (Attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? TDiskError() : ErrorText(ERROR_DIRECTORY);
+    return LastError();
+  return (Attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? TError() : SystemError(ERROR_DIRECTORY);
 }
 
 std::u16string AbsolutePath(std::u16string_view Path) {

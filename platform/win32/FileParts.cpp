@@ -7,19 +7,19 @@
 
 namespace hivesweep {
 
-TDiskError ErrorText(DWORD Error) {
+std::u16string SystemErrorText(std::uint32_t Number) {
   wchar_t Text[512] = {};
   const DWORD Length =
-      FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, Error, 0,
+      FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, Number, 0,
                      Text, static_cast<DWORD>(std::size(Text)), nullptr);
   std::u16string_view Words = Trim({FromWide(Text), Length});
   // The caller's sentence goes on behind it.
   if (Words.ends_with(u'.'))
     Words.remove_suffix(1);
-  return Words.empty() ? u"error " + ToDecimal(Error) : std::u16string(Words);
+  return Words.empty() ? u"error " + ToDecimal(Number) : std::u16string(Words);
 }
 
-TDiskError LastErrorText() { return ErrorText(GetLastError()); }
+TError LastError() { return SystemError(GetLastError()); }
 
 bool MeansMissing(DWORD Error) {
   switch (Error) {

@@ -9,9 +9,8 @@
 
 namespace hivesweep {
 
-// The system's words for an error, in the form of a TDiskError.
-TDiskError ErrorText(DWORD Error);
-TDiskError LastErrorText();
+// Why the last call to the system failed.
+TError LastError();
 
 // The disk has nothing of that name. Only what says so for certain.
 bool MeansMissing(DWORD Error);

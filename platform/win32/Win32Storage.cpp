@@ -17,7 +17,7 @@ TLocalTime LocalTime(const FILETIME &Time) {
   return {Local.wYear, Local.wMonth, Local.wDay, Local.wHour, Local.wMinute, Local.wSecond};
 }
 
-TDiskError TextUnless(BOOL Done) { return Done ? TDiskError() : LastErrorText(); }
+TError ErrorUnless(BOOL Done) { return Done ? TError() : LastError(); }
 
 std::u16string StoragePath(std::u16string_view Path, std::size_t Room = PathRoom) {
   return SystemPath(AbsolutePath(Path), Room);
@@ -27,16 +27,16 @@ std::u16string StoragePath(std::u16string_view Path, std::size_t Room = PathRoom
 // from writing or replacing it.
 class TWin32Storage final : public TStorage {
 public:
-  TDiskError List(std::u16string_view Folder, std::vector<TStoredFile> &Out) override {
+  TError List(std::u16string_view Folder, std::vector<TStoredFile> &Out) override {
     Out.clear();
     if (HoldsZero(Folder))
-      return ErrorText(ERROR_INVALID_NAME);
+      return SystemError(ERROR_INVALID_NAME);
     WIN32_FIND_DATAW Found = {};
     const TSearch Search(StoragePath(JoinPath(Folder, u"*")), Found);
     if (!Search.IsOpen()) {
       const DWORD Error = GetLastError();
       const bool IsMissing = Error == ERROR_FILE_NOT_FOUND || Error == ERROR_PATH_NOT_FOUND;
-      return IsMissing ? TDiskError() : ErrorText(Error);
+      return IsMissing ? TError() : SystemError(Error);
     }
     do {
       if (!IsOwnOrParent(Found))
@@ -45,55 +45,55 @@ public:
                        LocalTime(Found.ftLastWriteTime),
                        (Found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0});
     } while (Search.Next(Found));
-    return GetLastError() == ERROR_NO_MORE_FILES ? TDiskError() : LastErrorText();
+    return GetLastError() == ERROR_NO_MORE_FILES ? TError() : LastError();
   }
 
-  TDiskError Read(std::u16string_view Path, std::string &Out) override {
+  TError Read(std::u16string_view Path, std::string &Out) override {
     return ReadWholeFile(Path, Out);
   }
 
-  TDiskError Write(std::u16string_view Path, std::string_view Bytes) override {
+  TError Write(std::u16string_view Path, std::string_view Bytes) override {
     if (HoldsZero(Path))
-      return ErrorText(ERROR_INVALID_NAME);
+      return SystemError(ERROR_INVALID_NAME);
     const std::u16string Name = StoragePath(Path);
     if (IsReadOnly(Name))
-      return ErrorText(ERROR_ACCESS_DENIED);
+      return SystemError(ERROR_ACCESS_DENIED);
     const TFileHandle File(CreateFileW(Wide(Name), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                                        FILE_ATTRIBUTE_NORMAL, nullptr));
-    return TextUnless(File.IsOpen() && WriteAndFlush(File.Get(), Bytes));
+    return ErrorUnless(File.IsOpen() && WriteAndFlush(File.Get(), Bytes));
   }
 
-  TDiskError Rename(std::u16string_view From, std::u16string_view To) override {
+  TError Rename(std::u16string_view From, std::u16string_view To) override {
     if (HoldsZero(From) || HoldsZero(To))
-      return ErrorText(ERROR_INVALID_NAME);
+      return SystemError(ERROR_INVALID_NAME);
     const std::u16string Target = StoragePath(To);
-    return IsReadOnly(Target) ? ErrorText(ERROR_ACCESS_DENIED)
-                              : TextUnless(RenameOver(StoragePath(From), Target));
+    return IsReadOnly(Target) ? SystemError(ERROR_ACCESS_DENIED)
+                              : ErrorUnless(RenameOver(StoragePath(From), Target));
   }
 
-  TDiskError Remove(std::u16string_view Path) override {
+  TError Remove(std::u16string_view Path) override {
     if (HoldsZero(Path))
-      return ErrorText(ERROR_INVALID_NAME);
+      return SystemError(ERROR_INVALID_NAME);
     if (DeleteFileW(Wide(StoragePath(Path))))
       return {};
     const DWORD Error = GetLastError();
-    return MeansMissing(Error) ? TDiskError() : ErrorText(Error);
+    return MeansMissing(Error) ? TError() : SystemError(Error);
   }
 
-  TDiskError CreateFolder(std::u16string_view Path) override {
-    if (CheckFolder(Path).empty())
+  TError CreateFolder(std::u16string_view Path) override {
+    if (!CheckFolder(Path))
       return {};
     if (HoldsZero(Path))
-      return ErrorText(ERROR_INVALID_NAME);
+      return SystemError(ERROR_INVALID_NAME);
     const std::u16string Whole = AbsolutePath(Path);
     const std::size_t Last = Whole.rfind(u'\\');
     // "C:" and "\\server" are made by nobody.
     if (Last != std::u16string::npos && Last > 2)
-      if (TDiskError Error = CreateFolder(Whole.substr(0, Last)); !Error.empty())
+      if (TError Error = CreateFolder(Whole.substr(0, Last)); Error)
         return Error;
     const BOOL Made = CreateDirectoryW(Wide(SystemPath(Whole, NewFolderRoom)), nullptr);
     // Someone else may have been faster.
-    return Made ? TDiskError() : CheckFolder(Whole);
+    return Made ? TError() : CheckFolder(Whole);
   }
 
   void MakeWritable(std::u16string_view Path) override {

@@ -14,14 +14,14 @@ std::map<std::u16string, std::string> Contents(const std::u16string &Folder) {
   const TPlatform Local = MakeLocalServices();
   std::map<std::u16string, std::string> Out;
   std::vector<TStoredFile> Files;
-  EXPECT_EQ(Local.Storage->List(Folder, Files), TDiskError());
+  EXPECT_EQ(Local.Storage->List(Folder, Files), TError());
   for (const TStoredFile &File : Files) {
     const std::u16string Path = JoinPath(Folder, File.Name);
     std::string &Bytes = Out[Path];
     if (File.IsFolder)
       Out.merge(Contents(Path));
     else
-      EXPECT_EQ(ReadWholeFile(Path, Bytes), TDiskError());
+      EXPECT_EQ(ReadWholeFile(Path, Bytes), TError());
   }
   return Out;
 }
@@ -358,8 +358,7 @@ TEST(CliFix, MeetsHostileSettings) {
     // A list that can't be read protects nothing: better nothing is fixed.
     TLiveCli Folder;
     Folder.Cli.Write(std::u16string(Name) + u"-", "");
-    EXPECT_EQ(MakeLocalServices().Storage->CreateFolder(Folder.Cli.Scratch.File(Name)),
-              TDiskError());
+    EXPECT_EQ(MakeLocalServices().Storage->CreateFolder(Folder.Cli.Scratch.File(Name)), TError());
     EXPECT_EQ(Folder.Run({"fix", "--yes"}), 3);
     EXPECT_EQ(Folder.Left(), "FHSK");
     EXPECT_TRUE(Has(Folder.Cli.Console.Error, ToUtf8(Name))) << Folder.Cli.Console.Error;

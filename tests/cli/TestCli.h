@@ -88,11 +88,11 @@ class TTestCli {
 public:
   // Writes a file into the folder; "@name" in arguments stands for its path.
   void Write(std::u16string_view Name, std::string_view Bytes) const {
-    ASSERT_EQ(WriteWholeFile(Scratch.File(Name), Bytes), TDiskError());
+    ASSERT_EQ(WriteWholeFile(Scratch.File(Name), Bytes), TError());
   }
   std::string Read(std::u16string_view Name) const {
     std::string Bytes;
-    EXPECT_EQ(ReadWholeFile(Scratch.File(Name), Bytes), TDiskError());
+    EXPECT_EQ(ReadWholeFile(Scratch.File(Name), Bytes), TError());
     return Bytes;
   }
   // A text of version 5 under the name "registry", from its lines.

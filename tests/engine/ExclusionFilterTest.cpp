@@ -18,7 +18,7 @@ protected:
     return {*Platform_.Profiles, Paths_.MainIniPath, Ignored_, IsWow64};
   }
   void Write(const std::u16string &Path, std::string_view Text) {
-    ASSERT_EQ(WriteWholeFile(Path, Text), u"");
+    ASSERT_EQ(WriteWholeFile(Path, Text), TError());
   }
 
   const TScratchFolder Folder_;

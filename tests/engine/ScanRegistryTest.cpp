@@ -83,7 +83,7 @@ TEST(ScanDriver, TakesTheFlagsFromTheSettingsFileWhenItIsGivenNone) {
   ASSERT_EQ(WriteWholeFile(Paths.MainIniPath,
                            "[registryopt]\r\napp = 0\r\nFiletypes=true\r\n"
                            "Fonts= 1 \r\nHelp=\r\nLastFix=07/15/2009 14:30:05\r\n"),
-            u"");
+            TError());
   TTestScan Scan(MemoryRegistry(u""), {}, Tens, {Paths.MainIniPath, Paths.IgnoreIniPath});
   EXPECT_EQ(Scan.Scan(u""), 18);
   const auto &Areas = Scan.Engine->AreaResults();
@@ -227,7 +227,7 @@ TEST(ScanDriver, HearsOfAKeyThatIsIgnoredWhileItScans) {
     if (Scan.Messages->Pumps == 15) {
       EXPECT_EQ(WriteWholeFile(Paths.IgnoreIniPath,
                                "[Registry]\r\nHKEY_LOCAL_MACHINE\\Software\\Test=x\r\n"),
-                u"");
+                TError());
     }
   };
   EXPECT_EQ(Scan.Scan(AllAreas), 12);

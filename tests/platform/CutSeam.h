@@ -130,27 +130,27 @@ private:
 class TCutStorage final : public TStorage {
 public:
   TCutStorage(TStorage &Storage, TPowerCut &Power) : Storage_(Storage), Power_(Power) {}
-  TDiskError List(std::u16string_view Folder, std::vector<TStoredFile> &Out) override {
+  TError List(std::u16string_view Folder, std::vector<TStoredFile> &Out) override {
     return Power_.Passes() ? Storage_.List(Folder, Out) : Off();
   }
-  TDiskError Read(std::u16string_view Path, std::string &Out) override {
+  TError Read(std::u16string_view Path, std::string &Out) override {
     return Power_.Passes() ? Storage_.Read(Path, Out) : Off();
   }
   // Half of it gets there.
-  TDiskError Write(std::u16string_view Path, std::string_view Bytes) override {
+  TError Write(std::u16string_view Path, std::string_view Bytes) override {
     if (Power_.Passes())
       return Storage_.Write(Path, Bytes);
     if (Power_.IsCutNow())
       Storage_.Write(Path, Bytes.substr(0, Bytes.size() / 2));
     return Off();
   }
-  TDiskError Rename(std::u16string_view From, std::u16string_view To) override {
+  TError Rename(std::u16string_view From, std::u16string_view To) override {
     return Power_.Passes() ? Storage_.Rename(From, To) : Off();
   }
-  TDiskError Remove(std::u16string_view Path) override {
+  TError Remove(std::u16string_view Path) override {
     return Power_.Passes() ? Storage_.Remove(Path) : Off();
   }
-  TDiskError CreateFolder(std::u16string_view Path) override {
+  TError CreateFolder(std::u16string_view Path) override {
     return Power_.Passes() ? Storage_.CreateFolder(Path) : Off();
   }
   void MakeWritable(std::u16string_view Path) override {
@@ -159,7 +159,7 @@ public:
   }
 
 private:
-  static TDiskError Off() { return u"the power is off"; }
+  static TError Off() { return {TErrorCode::Unwritable, {}}; }
 
   TStorage &Storage_;
   TPowerCut &Power_;

@@ -85,7 +85,7 @@ TEST(Profiles, AreReadAsWindowsReadsThem) {
     if (C.NotUnderWine && IsWine())
       continue;
     SCOPED_TRACE(C.Why);
-    ASSERT_EQ(WriteWholeFile(File, C.Bytes), u"");
+    ASSERT_EQ(WriteWholeFile(File, C.Bytes), TError());
     EXPECT_EQ(ToUtf8(Platform.Profiles->ReadString(File, C.Section, C.Key, u"-")), ToUtf8(C.Text));
     const TTexts Lines = Platform.Profiles->Lines(File, C.Section);
     EXPECT_EQ(ToUtf8(Joined(Lines)), ToUtf8(C.Lines));
@@ -96,7 +96,7 @@ TEST(Profiles, AreReadAsWindowsReadsThem) {
 TEST(Profiles, ADefaultComesBackAsItIs) {
   const TScratchFolder Scratch;
   const TPlatform Platform = MakeLocalServices();
-  ASSERT_EQ(WriteWholeFile(Scratch.File(u"s.ini"), "[S]\r\na=\r\n"), u"");
+  ASSERT_EQ(WriteWholeFile(Scratch.File(u"s.ini"), "[S]\r\na=\r\n"), TError());
   for (const std::u16string_view Default : {u"", u"  x  ", u"\"x\"", u"\n"}) {
     EXPECT_EQ(Platform.Profiles->ReadString(Scratch.File(u"s.ini"), u"S", u"b", Default), Default);
     EXPECT_EQ(Platform.Profiles->ReadString(Scratch.File(u"no.ini"), u"S", u"a", Default), Default);
@@ -114,7 +114,7 @@ TEST(Profiles, TextsOfAnySizeAndOfAllLettersAreRead) {
     const std::u16string Name = u"key " + std::u16string(Length, u'k');
     const std::u16string Line = Name + u"=" + Value;
     const std::u16string Text = u"\uFEFF[S]\r\n" + Line + u"\r\nb=2\r\n";
-    ASSERT_EQ(WriteWholeFile(File, Utf16Bytes(Text)), u"");
+    ASSERT_EQ(WriteWholeFile(File, Utf16Bytes(Text)), TError());
     EXPECT_EQ(Platform.Profiles->ReadString(File, u"S", Name, u""), Value) << Length;
     EXPECT_EQ(Platform.Profiles->KeyNames(File, u"S"), (TTexts{Name, u"b"})) << Length;
     EXPECT_EQ(Platform.Profiles->Lines(File, u"S"), (TTexts{Line, u"b=2"})) << Length;
@@ -154,7 +154,7 @@ TEST(Profiles, AKeyIsWrittenAndAllElseStays) {
     const TScratchFolder Scratch;
     const std::u16string File = Scratch.File(u"s.ini");
     if (C.Bytes != "-") {
-      ASSERT_EQ(WriteWholeFile(File, C.Bytes), u"");
+      ASSERT_EQ(WriteWholeFile(File, C.Bytes), TError());
     }
     EXPECT_TRUE(Platform.Profiles->WriteString(File, C.Section, C.Key, C.Text));
     EXPECT_EQ(ToUtf8(Joined(Platform.Profiles->Lines(File, C.Section))), ToUtf8(C.Lines));
@@ -172,13 +172,13 @@ TEST(Profiles, AFileKeepsItsEncoding) {
   const auto Write = [&] {
     EXPECT_TRUE(Platform.Profiles->WriteString(File, u"S", u"b", u"\u00FC\u0416"));
     std::string Bytes;
-    EXPECT_EQ(ReadWholeFile(File, Bytes), u"");
+    EXPECT_EQ(ReadWholeFile(File, Bytes), TError());
     return Bytes;
   };
   EXPECT_TRUE(Write().starts_with("\xFF\xFE[\0S\0")) << "a new one takes every letter";
   EXPECT_EQ(Platform.Profiles->ReadString(File, u"S", u"b", u""), u"\u00FC\u0416");
 
-  ASSERT_EQ(WriteWholeFile(File, "[S]\r\n\xE4=\xC4\r\n"), u"");
+  ASSERT_EQ(WriteWholeFile(File, "[S]\r\n\xE4=\xC4\r\n"), TError());
   const std::string Ansi = Write();
   EXPECT_NE(Ansi.find("\xE4=\xC4\r\n"), std::string::npos);
   EXPECT_NE(Ansi.find("b=\xFC?\r\n"), std::string::npos) << Ansi;
@@ -188,7 +188,7 @@ TEST(Profiles, WhatCannotBeWrittenIsSaid) {
   const TScratchFolder Scratch;
   const TPlatform Platform = MakeLocalServices();
   const std::u16string File = Scratch.File(u"s.ini");
-  ASSERT_EQ(WriteWholeFile(File, "[S]\r\na=1\r\n"), u"");
+  ASSERT_EQ(WriteWholeFile(File, "[S]\r\na=1\r\n"), TError());
   SetReadOnly(File, true);
   const struct {
     const char *Why;
@@ -221,7 +221,7 @@ TEST(Profiles, AStampIsPromisedOnlyForAFileThatHasSettled) {
   EXPECT_EQ(*Missing, TFileStamp());
   EXPECT_EQ(Profiles.Stamp(JoinPath(Scratch.File(u"no folder"), u"s.ini")), Missing);
 
-  ASSERT_EQ(WriteWholeFile(File, "[S]\r\na=1\r\n"), u"");
+  ASSERT_EQ(WriteWholeFile(File, "[S]\r\na=1\r\n"), TError());
   EXPECT_FALSE(Profiles.Stamp(File)) << "just written";
   EXPECT_EQ(Profiles.Stamp(JoinPath(File, u"x")), Missing) << "a file used as a folder";
   for (const int Young : {1, 2, -1, -60, -100'000}) {
@@ -249,9 +249,9 @@ TEST(DiskFile, IsReadAsItWasWritten) {
   const std::u16string File = Scratch.File(u"\u00E4 \u0416 \u65E5.bin");
   // From large to small: nothing of an older content may stay.
   for (const std::string &Bytes : {Large, std::string("\0\r\n\x1A\xFF", 5), std::string()}) {
-    ASSERT_EQ(WriteWholeFile(File, Bytes), u"");
+    ASSERT_EQ(WriteWholeFile(File, Bytes), TError());
     std::string Read = "left over";
-    ASSERT_EQ(ReadWholeFile(File, Read), u"");
+    ASSERT_EQ(ReadWholeFile(File, Read), TError());
     EXPECT_TRUE(Read == Bytes) << Read.size();
     EXPECT_EQ(Scratch.Count(), 1u) << "another file was left behind";
   }
@@ -261,16 +261,16 @@ TEST(DiskFile, LongPathsAreNoDifferent) {
   const TScratchFolder Scratch;
   const std::u16string Name(240, u'n'); // too long only together with its folder
   std::string Read;
-  ASSERT_EQ(WriteWholeFile(Scratch.File(Name), "x"), u"");
-  ASSERT_EQ(WriteWholeFile(Scratch.File(Name), "y"), u"");
-  EXPECT_EQ(ReadWholeFile(Scratch.File(Name), Read), u"");
+  ASSERT_EQ(WriteWholeFile(Scratch.File(Name), "x"), TError());
+  ASSERT_EQ(WriteWholeFile(Scratch.File(Name), "y"), TError());
+  EXPECT_EQ(ReadWholeFile(Scratch.File(Name), Read), TError());
   EXPECT_EQ(Read, "y");
 }
 
 TEST(DiskFile, WhatCannotBeDoneIsSaidAndChangesNothing) {
   const TScratchFolder Scratch;
   const std::u16string File = Scratch.File(u"old.txt");
-  ASSERT_EQ(WriteWholeFile(File, "old"), u"");
+  ASSERT_EQ(WriteWholeFile(File, "old"), TError());
   SetReadOnly(File, true);
   const struct {
     const char *Why;
@@ -284,24 +284,25 @@ TEST(DiskFile, WhatCannotBeDoneIsSaidAndChangesNothing) {
       {"no name", u""},
   };
   for (const auto &C : Cases) {
-    const TDiskError Error = WriteWholeFile(C.Path, "new");
-    EXPECT_NE(Error, u"") << C.Why;
-    EXPECT_EQ(Error, Trim(Error)) << "goes into a line of output";
-    EXPECT_FALSE(Error.ends_with(u'.')) << ToUtf8(Error);
+    const TError Error = WriteWholeFile(C.Path, "new");
+    ASSERT_NE(Error, TError()) << C.Why;
+    const std::u16string Words = EnglishWords(Error);
+    EXPECT_EQ(Words, Trim(Words)) << "goes into a line of output";
+    EXPECT_FALSE(Words.ends_with(u'.')) << ToUtf8(Words);
     std::string Read = "left over";
     if (C.Path != File) {
-      EXPECT_NE(ReadWholeFile(C.Path, Read), u"") << C.Why;
+      EXPECT_NE(ReadWholeFile(C.Path, Read), TError()) << C.Why;
       EXPECT_EQ(Read, "") << C.Why;
     }
   }
   EXPECT_EQ(Scratch.Count(), 1u);
   std::string Read;
-  EXPECT_EQ(ReadWholeFile(File, Read), u"");
+  EXPECT_EQ(ReadWholeFile(File, Read), TError());
   EXPECT_EQ(Read, "old");
-  EXPECT_EQ(CheckFolder(Scratch.Path()), u"");
+  EXPECT_EQ(CheckFolder(Scratch.Path()), TError());
   for (const std::u16string &Path : {File, Scratch.File(u"missing"), std::u16string(),
                                      Scratch.Path() + std::u16string(u"\0x", 2)})
-    EXPECT_NE(CheckFolder(Path), u"") << ToUtf8(Path);
+    EXPECT_NE(CheckFolder(Path), TError()) << ToUtf8(Path);
   SetReadOnly(File, false);
 }
 
@@ -325,21 +326,21 @@ TEST(Storage, KeepsListsAndReplacesFiles) {
   TStorage &Storage = *Platform.Storage;
   const std::u16string Folder = JoinPath(Scratch.File(u"new \u0416"), u"below");
   std::vector<TStoredFile> Found(1);
-  EXPECT_EQ(Storage.List(Folder, Found), u"") << "missing";
+  EXPECT_EQ(Storage.List(Folder, Found), TError()) << "missing";
   EXPECT_TRUE(Found.empty());
-  EXPECT_EQ(Storage.CreateFolder(Folder), u"");
-  EXPECT_EQ(Storage.CreateFolder(Folder), u"") << "is there";
-  EXPECT_EQ(Storage.List(Folder, Found), u"");
+  EXPECT_EQ(Storage.CreateFolder(Folder), TError());
+  EXPECT_EQ(Storage.CreateFolder(Folder), TError()) << "is there";
+  EXPECT_EQ(Storage.List(Folder, Found), TError());
   EXPECT_TRUE(Found.empty());
 
   const TLocalTime Before = Platform.Clock->Now();
   const std::u16string New = JoinPath(Folder, u"new"), Old = JoinPath(Folder, u"\u00E4 old.txt");
-  EXPECT_EQ(Storage.CreateFolder(JoinPath(Folder, u"sub")), u"");
-  EXPECT_EQ(Storage.Write(Old, "the old, longer content"), u"");
-  EXPECT_EQ(Storage.Write(Old, "the old one"), u"");
-  EXPECT_EQ(Storage.Write(New, std::string(70'000, 'n')), u"");
+  EXPECT_EQ(Storage.CreateFolder(JoinPath(Folder, u"sub")), TError());
+  EXPECT_EQ(Storage.Write(Old, "the old, longer content"), TError());
+  EXPECT_EQ(Storage.Write(Old, "the old one"), TError());
+  EXPECT_EQ(Storage.Write(New, std::string(70'000, 'n')), TError());
   const TLocalTime After = Platform.Clock->Now();
-  EXPECT_EQ(Storage.List(Folder, Found), u"");
+  EXPECT_EQ(Storage.List(Folder, Found), TError());
   std::sort(Found.begin(), Found.end(),
             [](const auto &Left, const auto &Right) { return Left.Name < Right.Name; });
   ASSERT_EQ(Found.size(), 3u);
@@ -353,25 +354,25 @@ TEST(Storage, KeepsListsAndReplacesFiles) {
   EXPECT_EQ(Found[2].Size, 11u);
 
   std::string Read;
-  EXPECT_EQ(Storage.Rename(New, Old), u"");
-  EXPECT_EQ(Storage.Read(Old, Read), u"");
+  EXPECT_EQ(Storage.Rename(New, Old), TError());
+  EXPECT_EQ(Storage.Read(Old, Read), TError());
   EXPECT_TRUE(Read == std::string(70'000, 'n'));
-  EXPECT_NE(Storage.Read(New, Read), u"");
-  EXPECT_NE(Storage.Rename(New, Old), u"") << "nothing to rename";
+  EXPECT_NE(Storage.Read(New, Read), TError());
+  EXPECT_NE(Storage.Rename(New, Old), TError()) << "nothing to rename";
 
   // A file that is marked read-only stays until that is taken off it.
   SetReadOnly(Old, true);
-  EXPECT_EQ(Storage.Write(New, "x"), u"");
-  EXPECT_NE(Storage.Write(Old, "x"), u"");
-  EXPECT_NE(Storage.Rename(New, Old), u"");
-  EXPECT_NE(Storage.Remove(Old), u"");
-  EXPECT_EQ(Storage.Read(Old, Read), u"");
+  EXPECT_EQ(Storage.Write(New, "x"), TError());
+  EXPECT_NE(Storage.Write(Old, "x"), TError());
+  EXPECT_NE(Storage.Rename(New, Old), TError());
+  EXPECT_NE(Storage.Remove(Old), TError());
+  EXPECT_EQ(Storage.Read(Old, Read), TError());
   EXPECT_EQ(Read.size(), 70'000u);
   for (const std::u16string &Path : {Old, Folder, JoinPath(Folder, u"missing")})
     Storage.MakeWritable(Path);
-  EXPECT_EQ(Storage.Rename(New, Old), u"");
-  EXPECT_EQ(Storage.Remove(Old), u"");
-  EXPECT_EQ(Storage.Remove(Old), u"") << "has gone";
+  EXPECT_EQ(Storage.Rename(New, Old), TError());
+  EXPECT_EQ(Storage.Remove(Old), TError());
+  EXPECT_EQ(Storage.Remove(Old), TError()) << "has gone";
 }
 
 TEST(Storage, WhatCannotBeDoneIsSaid) {
@@ -379,14 +380,14 @@ TEST(Storage, WhatCannotBeDoneIsSaid) {
   TPlatform Platform = MakeLocalServices();
   TStorage &Storage = *Platform.Storage;
   const std::u16string File = Scratch.File(u"file");
-  ASSERT_EQ(Storage.Write(File, "kept"), u"");
+  ASSERT_EQ(Storage.Write(File, "kept"), TError());
   const std::u16string Cut = Scratch.File(std::u16string(u"cut\0x", 5));
   const std::u16string Lost = JoinPath(Scratch.File(u"no folder"), u"x");
   std::string Read;
   std::vector<TStoredFile> Found;
   const struct {
     const char *Why;
-    TDiskError Error;
+    TError Error;
   } Cases[] = {
       {"write into a missing folder", Storage.Write(Lost, "x")},
       {"write over a folder", Storage.Write(Scratch.Path(), "x")},
@@ -403,11 +404,10 @@ TEST(Storage, WhatCannotBeDoneIsSaid) {
       {"list a zero", Storage.List(Cut, Found)},
   };
   for (const auto &C : Cases) {
-    EXPECT_NE(C.Error, u"") << C.Why;
-    EXPECT_EQ(C.Error, Trim(C.Error)) << C.Why;
+    EXPECT_NE(C.Error, TError()) << C.Why;
   }
   EXPECT_EQ(Scratch.Count(), 1u);
-  EXPECT_EQ(Storage.Read(File, Read), u"");
+  EXPECT_EQ(Storage.Read(File, Read), TError());
   EXPECT_EQ(Read, "kept");
 }
 

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/ErrorTexts.h"
 #include "platform/Platform.h"
 #include "platform/Text.h"
 
@@ -24,6 +25,7 @@ inline void PrintTo(TFileStatus Status, std::ostream *Out) {
   static const char *const Names[] = {"Ok", "NotFound", "Denied", "Failed"};
   *Out << Names[static_cast<int>(Status)];
 }
+inline void PrintTo(const TError &Error, std::ostream *Out) { *Out << ToUtf8(EnglishWords(Error)); }
 inline void PrintTo(TPathState State, std::ostream *Out) {
   static const char *const Names[] = {"Missing", "File", "Folder", "Unknown"};
   *Out << Names[static_cast<int>(State)];

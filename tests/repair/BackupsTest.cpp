@@ -11,11 +11,12 @@ protected:
   BackupsTest()
       : Platform_(MakeMemoryPlatform(MemoryRegistry(u""), {})), Fix_(Platform_, Folder_.Path()),
         Clean_(Fix_.Clean) {
-    EXPECT_EQ(Platform_.Storage->CreateFolder(Clean_.Paths.BackupFolderPath), u"");
-    EXPECT_EQ(Platform_.Storage->CreateFolder(Clean_.Paths.UndoFolderPath), u"");
+    EXPECT_EQ(Platform_.Storage->CreateFolder(Clean_.Paths.BackupFolderPath), TError());
+    EXPECT_EQ(Platform_.Storage->CreateFolder(Clean_.Paths.UndoFolderPath), TError());
   }
   void Put(std::u16string_view Name, std::string_view Bytes = "text") {
-    ASSERT_EQ(WriteWholeFile(Clean_.Paths.BackupFolderPath + std::u16string(Name), Bytes), u"");
+    ASSERT_EQ(WriteWholeFile(Clean_.Paths.BackupFolderPath + std::u16string(Name), Bytes),
+              TError());
   }
   void PutRecord(std::u16string_view Name) {
     TUndoRecord Record;
@@ -23,7 +24,7 @@ protected:
     Record.Changes = 7;
     ASSERT_EQ(WriteWholeFile(Clean_.Paths.UndoFolderPath + std::u16string(Name),
                              EncodeUndoRecord(Record)),
-              u"");
+              TError());
   }
   std::vector<std::u16string> Names() const {
     std::vector<std::u16string> Out;
@@ -48,7 +49,7 @@ TEST_F(BackupsTest, AreKnownByTheirNames) {
   PutRecord(u"backup20100101000000.undo");
   PutRecord(u"backup20100101000001.pending");
   EXPECT_EQ(Platform_.Storage->CreateFolder(Clean_.Paths.BackupFolderPath + u"backupfolder.reg"),
-            u"");
+            TError());
   EXPECT_EQ(Names(), (std::vector<std::u16string>{u"backup1.regold", u"backup20090715143005.reg",
                                                   u"backup20100101000000.reg"}));
   for (const TBackupEntry &Entry : Clean_.EnumerateBackups())
@@ -150,9 +151,9 @@ TEST_F(BackupsTest, AreDeletedOneByOne) {
   Put(u"backup2.reg");
   PutRecord(u"backup2.undo");
   PutRecord(u"backup3.undo");
-  EXPECT_EQ(Clean_.DeleteBackup(u"backup2.reg"), u"");
-  EXPECT_EQ(Clean_.DeleteBackup(u"backup3.reg"), u"");
-  EXPECT_NE(Clean_.DeleteBackup(u"backup3.reg"), u"") << "it is gone";
+  EXPECT_EQ(Clean_.DeleteBackup(u"backup2.reg"), TError());
+  EXPECT_EQ(Clean_.DeleteBackup(u"backup3.reg"), TError());
+  EXPECT_NE(Clean_.DeleteBackup(u"backup3.reg"), TError()) << "it is gone";
   EXPECT_EQ(Names(), std::vector<std::u16string>{u"backup1.reg"});
 }
 
@@ -164,17 +165,18 @@ TEST_F(BackupsTest, ADamagedRecordIsNamedAndTheTextRestored) {
   PutRecord(u"backup1.undo");
   const std::u16string Record = Clean_.Paths.UndoFolderPath + u"backup1.undo";
   std::string Bytes;
-  ASSERT_EQ(ReadWholeFile(Record, Bytes), u"");
+  ASSERT_EQ(ReadWholeFile(Record, Bytes), TError());
   Bytes.back() ^= 1;
-  ASSERT_EQ(WriteWholeFile(Record, Bytes), u"");
+  ASSERT_EQ(WriteWholeFile(Record, Bytes), TError());
   ASSERT_TRUE(Clean_.RestoreBackup(u"backup1.reg"));
   Clean_.FinishRestore();
   ASSERT_EQ(Clean_.RestoreReport().Notes.size(), 1u);
-  EXPECT_NE(Clean_.RestoreReport().Notes[0].find(Record), std::u16string::npos);
+  EXPECT_EQ(Clean_.RestoreReport().Notes[0],
+            Because({TErrorCode::RecordDamaged, Record}, TErrorCode::TextOnly));
   EXPECT_EQ(Started.Started,
             std::vector{u"Regedit /s \"" + Clean_.Paths.BackupFolderPath + u"backup1.reg\""});
   EXPECT_FALSE(Clean_.RestoreBackup(u"backup9.reg"));
-  EXPECT_NE(Clean_.RestoreReport().Failure, u"");
+  EXPECT_EQ(Clean_.RestoreReport().Failure.Code, TErrorCode::NoSuchBackup);
 }
 
 } // namespace

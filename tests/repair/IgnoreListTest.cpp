@@ -32,19 +32,19 @@ TEST(IgnoreList, FindsAgainWhatItTook) {
     const TScratchFolder Folder;
     const std::u16string Path = Folder.File(u"Ignore.ini");
     if (Existing) {
-      ASSERT_EQ(WriteWholeFile(Path, "; mine\r\n[Registry]\r\nHKEY_USERS\\old=1\r\n"), u"");
+      ASSERT_EQ(WriteWholeFile(Path, "; mine\r\n[Registry]\r\nHKEY_USERS\\old=1\r\n"), TError());
     }
     TIgnoreList List(Platform, Path);
     for (const auto &C : Cases) {
       std::string Before, After;
       ReadWholeFile(Path, Before);
-      const TDiskError Error = List.Add(C.Key, u"N/A");
+      const TError Error = List.Add(C.Key, u"N/A");
       ReadWholeFile(Path, After);
-      EXPECT_EQ(List.Contains(C.Key), Error.empty()) << C.Why;
+      EXPECT_EQ(List.Contains(C.Key), !Error) << C.Why;
       // The letters of a file in the code page are those of the code page.
       const bool ByCodePage = Existing && C.Key.find(u'\u0416') != std::u16string_view::npos;
-      EXPECT_EQ(Error.empty(), ByCodePage ? Error.empty() : C.Fits) << C.Why << ToUtf8(Error);
-      EXPECT_EQ(After == Before, !Error.empty()) << C.Why;
+      EXPECT_EQ(!Error, ByCodePage ? !Error : C.Fits) << C.Why << ToUtf8(EnglishWords(Error));
+      EXPECT_EQ(After == Before, bool(Error)) << C.Why;
     }
     EXPECT_EQ(List.Contains(u"HKEY_USERS\\old"), Existing);
     EXPECT_FALSE(List.Contains(u"hkey_current_user\\software\\x")) << "letter case counts";
@@ -59,16 +59,16 @@ TEST(IgnoreList, HasEachKeyOnceAndShowsIt) {
   Rows.Rows = {u"rubbish"};
   List.Fill(Rows);
   EXPECT_TRUE(Rows.Rows.empty());
-  EXPECT_EQ(List.Remove(u"HKEY_USERS\\none"), u"") << "what is not there is removed";
-  ASSERT_EQ(List.Add(u"HKEY_USERS\\a", u"first"), u"");
+  EXPECT_EQ(List.Remove(u"HKEY_USERS\\none"), TError()) << "what is not there is removed";
+  ASSERT_EQ(List.Add(u"HKEY_USERS\\a", u"first"), TError());
   SetReadOnly(Folder.File(u"Ignore.ini"), true);
-  ASSERT_EQ(List.Add(u"HKEY_USERS\\a", u"second"), u"");
-  ASSERT_EQ(List.Add(u"HKEY_USERS\\b", u"N/A"), u"");
+  ASSERT_EQ(List.Add(u"HKEY_USERS\\a", u"second"), TError());
+  ASSERT_EQ(List.Add(u"HKEY_USERS\\b", u"N/A"), TError());
   List.Fill(Rows);
   EXPECT_EQ(Rows.Rows,
             (std::vector<std::u16string>{u"HKEY_USERS\\a|second", u"HKEY_USERS\\b|N/A"}));
   SetReadOnly(Folder.File(u"Ignore.ini"), true);
-  EXPECT_EQ(List.Remove(u"HKEY_USERS\\a"), u"");
+  EXPECT_EQ(List.Remove(u"HKEY_USERS\\a"), TError());
   EXPECT_FALSE(List.Contains(u"HKEY_USERS\\a"));
 }
 

@@ -97,7 +97,7 @@ TEST(Settings, SwitchesAreOnButForTheDeepScan) {
       {"another section", "[Other]\r\nApp=0\r\n", u"16 "},
   };
   for (const auto &C : Cases) {
-    ASSERT_EQ(WriteWholeFile(Ini, C.Text), u"");
+    ASSERT_EQ(WriteWholeFile(Ini, C.Text), TError());
     const TAreaSwitches Switches = ReadAreaSwitches(*Local.Profiles, Ini);
     std::u16string Off;
     for (std::size_t Row = 0; Row < Switches.size(); ++Row)
@@ -119,7 +119,7 @@ TEST(Settings, SwitchesAreWrittenAsTheyHaveAlwaysBeen) {
   TTestAreaList List; // every second row is checked
   ASSERT_TRUE(Clean.SaveAreaSwitches(List));
   std::string Bytes;
-  ASSERT_EQ(ReadWholeFile(Clean.Paths.MainIniPath, Bytes), u"");
+  ASSERT_EQ(ReadWholeFile(Clean.Paths.MainIniPath, Bytes), TError());
   ASSERT_TRUE(Bytes.starts_with("\xFF\xFE")) << "a new file can hold every letter";
   const std::u16string Text = DecodeTextFile(Bytes);
   EXPECT_NE(Text.find(u"\r\nMUI=1\r\n"), std::u16string::npos) << "read as \"Mui\"";
@@ -128,10 +128,11 @@ TEST(Settings, SwitchesAreWrittenAsTheyHaveAlwaysBeen) {
   EXPECT_EQ(List.Off, u"1 3 5 7 9 11 13 15 ");
 
   // A file that is there keeps its encoding, and the rest of what it says.
-  ASSERT_EQ(WriteWholeFile(Clean.Paths.MainIniPath, "; mine\r\n[RegistryOpt]\r\nmui=0\r\n"), u"");
+  ASSERT_EQ(WriteWholeFile(Clean.Paths.MainIniPath, "; mine\r\n[RegistryOpt]\r\nmui=0\r\n"),
+            TError());
   SetReadOnly(Clean.Paths.MainIniPath, true);
   ASSERT_TRUE(Clean.SaveAreaSwitches(List));
-  ASSERT_EQ(ReadWholeFile(Clean.Paths.MainIniPath, Bytes), u"");
+  ASSERT_EQ(ReadWholeFile(Clean.Paths.MainIniPath, Bytes), TError());
   EXPECT_TRUE(Bytes.starts_with("; mine\r\n[RegistryOpt]\r\n"));
   const std::u16string Lower = AsciiLower(FromAnsi(Bytes));
   EXPECT_NE(Lower.find(u"mui=1\r\n"), std::u16string::npos);

@@ -65,7 +65,7 @@ public:
         u"Regedit", u"/E \"" + File + u"\" \"" + u"HKEY_CURRENT_USER\\" + Subject->Path() + u"\"");
     EXPECT_TRUE(Editor && Editor->WaitForEnd(60'000));
     std::string Bytes;
-    EXPECT_EQ(ReadWholeFile(File, Bytes), u"");
+    EXPECT_EQ(ReadWholeFile(File, Bytes), TError());
     EXPECT_GT(Bytes.size(), 100u);
     return Bytes;
   }
@@ -83,7 +83,7 @@ private:
   static void Import(TMemoryRegistry &Registry, std::u16string_view Parameters) {
     ASSERT_TRUE(Parameters.starts_with(u"/s \"") && Parameters.ends_with(u'"'));
     std::string Bytes;
-    ASSERT_EQ(ReadWholeFile(Parameters.substr(4, Parameters.size() - 5), Bytes), u"");
+    ASSERT_EQ(ReadWholeFile(Parameters.substr(4, Parameters.size() - 5), Bytes), TError());
     const std::u16string Text = FromAnsi(Bytes);
     std::u16string Key;
     for (const std::u16string_view Line : SplitLines(Text)) {
@@ -197,8 +197,8 @@ TEST_P(UndoTest, AFixOfEverythingComesBackExactly) {
   const std::string ExportBefore = World.Export();
 
   const TFixReport Report = Fix.Run();
-  EXPECT_EQ(Report.Failure, u"");
-  EXPECT_EQ(Report.BackupFailure, u"");
+  EXPECT_EQ(Report.Failure, TError());
+  EXPECT_EQ(Report.BackupFailure, TError());
   // The one that had gone, and the one whose key was missing.
   EXPECT_EQ(Report.NotRemoved.size(), 2u);
   EXPECT_GT(Report.Removed, 1'400);
@@ -208,7 +208,7 @@ TEST_P(UndoTest, AFixOfEverythingComesBackExactly) {
   EXPECT_EQ(World.Platform.Files->Look(World.Shortcut), TPathState::Missing);
 
   const TRestoreReport First = Restore(Fix.Clean, Report.BackupName);
-  EXPECT_EQ(First.Failure, u"");
+  EXPECT_EQ(First.Failure, TError());
   EXPECT_TRUE(First.NotRestored.empty());
   EXPECT_TRUE(First.Notes.empty());
   EXPECT_EQ(Difference(World.Subject->Now(), Before), "");
@@ -217,10 +217,10 @@ TEST_P(UndoTest, AFixOfEverythingComesBackExactly) {
 
   // A restore is undone in the same way, and that again.
   const TRestoreReport Second = Restore(Fix.Clean, First.UndoName);
-  EXPECT_EQ(Second.Failure, u"");
+  EXPECT_EQ(Second.Failure, TError());
   EXPECT_EQ(Difference(World.Subject->Now(), Fixed), "");
   EXPECT_EQ(World.Platform.Files->Look(World.Shortcut), TPathState::Missing);
-  EXPECT_EQ(Restore(Fix.Clean, Second.UndoName).Failure, u"");
+  EXPECT_EQ(Restore(Fix.Clean, Second.UndoName).Failure, TError());
   EXPECT_EQ(Difference(World.Subject->Now(), Before), "");
   EXPECT_TRUE(World.HasShortcut());
 }
@@ -256,7 +256,7 @@ TEST_P(UndoTest, NewerDataIsKeptOutOfHarm) {
   EXPECT_TRUE(Has(u"expand", u"%NEW%")) << "it was never fixed";
   EXPECT_NE(Now.find(u"key New sub"), std::u16string::npos);
 
-  EXPECT_EQ(Restore(Fix.Clean, Restored.UndoName).Failure, u"");
+  EXPECT_EQ(Restore(Fix.Clean, Restored.UndoName).Failure, TError());
   EXPECT_EQ(Difference(Subject.Now(), Newer), "") << "and what was replaced comes back";
 }
 
@@ -288,7 +288,7 @@ protected:
     if (!Backups.empty()) {
       const std::u16string Name = Backups.front().Name;
       const TRestoreReport Report = Restore(Later.Clean, Name);
-      EXPECT_EQ(Report.Failure, u"") << Why;
+      EXPECT_EQ(Report.Failure, TError()) << Why;
       EXPECT_TRUE(Report.NotRestored.empty()) << Why;
     }
     EXPECT_EQ(Difference(World.Subject->Now(), Before), "") << Why;

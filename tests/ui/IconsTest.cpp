@@ -68,7 +68,7 @@ std::u16string FileOf(std::u16string_view Name) { return ICON_FOLDER + AsciiLowe
 
 std::vector<TImage> ReadIcon(std::u16string_view Name) {
   std::string Bytes;
-  EXPECT_EQ(ReadWholeFile(FileOf(Name), Bytes), u"");
+  EXPECT_EQ(ReadWholeFile(FileOf(Name), Bytes), TError());
   EXPECT_EQ(NumberAt(Bytes, 0, 4), 0x10000u) << "no icon file";
   std::vector<TImage> Images;
   for (std::size_t Entry = 6; Images.size() < NumberAt(Bytes, 4, 2); Entry += 16) {

@@ -40,7 +40,7 @@ class TLanguageTest : public testing::Test {
 protected:
   void Write(std::u16string_view Name, std::string_view Bytes) {
     Platform.Files->CreateFolder(Folder_);
-    ASSERT_EQ(WriteWholeFile(JoinPath(Folder_, Name), Bytes), u"");
+    ASSERT_EQ(WriteWholeFile(JoinPath(Folder_, Name), Bytes), TError());
   }
   static std::string File(std::string_view Title, std::string_view Rest = "") {
     return "[Main]\nDisplayName=<" + std::string(Title) +
@@ -149,7 +149,7 @@ TEST_F(TLanguageTest, AsksTheSuiteForTheLanguage) {
   EXPECT_EQ(Language.ReadSuiteLanguage(), u"English") << "nobody has chosen one";
   const std::u16string Suite =
       Platform.Folders->Special(TSpecialFolder::AppData) + u"\\Orvane\\Tallowmere V4";
-  ASSERT_EQ(Platform.Storage->CreateFolder(Suite), u"");
+  ASSERT_EQ(Platform.Storage->CreateFolder(Suite), TError());
   ASSERT_TRUE(Platform.Profiles->WriteString(Suite + u"\\Main.ini", u"Main", u"Language", u"x"));
   EXPECT_EQ(Language.ReadSuiteLanguage(), u"x");
 }

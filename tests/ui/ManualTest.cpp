@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/Areas.h"
+#include "platform/ErrorTexts.h"
 #include "platform/Platform.h"
 #include "platform/Text.h"
 
@@ -10,8 +11,8 @@ namespace {
 
 std::string Manual() {
   std::string Bytes;
-  const TDiskError Error = MakeLocalServices().Storage->Read(SHIPPED_FOLDER u"Manual.html", Bytes);
-  EXPECT_TRUE(Error.empty()) << ToUtf8(Error);
+  const TError Error = MakeLocalServices().Storage->Read(SHIPPED_FOLDER u"Manual.html", Bytes);
+  EXPECT_FALSE(Error) << ToUtf8(EnglishWords(Error));
   return Bytes;
 }
 

@@ -37,21 +37,21 @@ private:
 TEST(PosixHosts, AFileThatDoesNotFitLeavesTheOldOneAndNothingElse) {
   const TScratchFolder Scratch;
   const std::u16string File = Scratch.File(u"x");
-  ASSERT_EQ(WriteWholeFile(File, "old"), u"");
+  ASSERT_EQ(WriteWholeFile(File, "old"), TError());
   ASSERT_EQ(chmod(ToUtf8(File).c_str(), 0640), 0);
   for (const rlim_t Room : {0u, 1u, 5'000u, 9'999u}) {
-    TDiskError Error;
+    TError Error;
     {
       const TSmallDisk Full(Room);
       Error = WriteWholeFile(File, std::string(10'000, 'n'));
     }
-    EXPECT_NE(Error, u"") << Room;
+    EXPECT_NE(Error, TError()) << Room;
     std::string Read;
-    EXPECT_EQ(ReadWholeFile(File, Read), u"");
+    EXPECT_EQ(ReadWholeFile(File, Read), TError());
     EXPECT_EQ(Read, "old") << Room;
     EXPECT_EQ(Scratch.Count(), 1u) << Room;
   }
-  EXPECT_EQ(WriteWholeFile(File, "new"), u"");
+  EXPECT_EQ(WriteWholeFile(File, "new"), TError());
   struct stat Found = {};
   ASSERT_EQ(stat(ToUtf8(File).c_str(), &Found), 0);
   EXPECT_EQ(Found.st_mode & 0777, 0640u) << "the new one may be read by others than the old one";
@@ -85,10 +85,10 @@ TEST(PosixHosts, OfASettingsFileOnlyTheOneTextChanges) {
   const TPlatform Platform = MakeLocalServices();
   const std::u16string File = Scratch.File(u"s.ini");
   for (const auto &C : Cases) {
-    ASSERT_EQ(WriteWholeFile(File, C.Before), u"");
+    ASSERT_EQ(WriteWholeFile(File, C.Before), TError());
     EXPECT_EQ(Platform.Profiles->WriteString(File, u"S", u"a", C.Text), !C.After.empty()) << C.Why;
     std::string Bytes;
-    EXPECT_EQ(ReadWholeFile(File, Bytes), u"");
+    EXPECT_EQ(ReadWholeFile(File, Bytes), TError());
     EXPECT_EQ(Bytes, C.After.empty() ? C.Before : C.After) << C.Why;
   }
 }

@@ -244,7 +244,7 @@ public:
     Link->Release();
   }
   void AddText(std::u16string_view Name) override {
-    EXPECT_EQ(WriteWholeFile(Scratch_.File(Name), "no shortcut"), u"");
+    EXPECT_EQ(WriteWholeFile(Scratch_.File(Name), "no shortcut"), TError());
   }
 
 private:

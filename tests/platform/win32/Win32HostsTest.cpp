@@ -63,7 +63,7 @@ TEST_F(Win32Hosts, TheRealSystemFolderIsSeenOnlyWhileAskedFor) {
   EXPECT_TRUE(!Redirected || sizeof(void *) == 4);
   {
     const TRealSystemFolder Real(*Platform.Files);
-    if (!WriteWholeFile(File, "x").empty())
+    if (WriteWholeFile(File, "x"))
       GTEST_SKIP() << "the system folder may not be written";
     EXPECT_EQ(Platform.Files->Look(File), TPathState::File);
     {
@@ -86,8 +86,8 @@ TEST_F(Win32Hosts, AFileThatIsHeldOrHiddenIsThere) {
   EXPECT_EQ(Platform.Files->Look(Path), TPathState::File);
   // And it can't be replaced as long as it is held: the old one stays.
   std::string Read;
-  EXPECT_NE(ReadWholeFile(Path, Read), u"");
-  EXPECT_NE(WriteWholeFile(Path, "new"), u"");
+  EXPECT_NE(ReadWholeFile(Path, Read), TError());
+  EXPECT_NE(WriteWholeFile(Path, "new"), TError());
   EXPECT_EQ(Scratch.Count(), 1u) << "another file was left behind";
 }
 
@@ -96,18 +96,18 @@ TEST_F(Win32Hosts, ASettingsFileThatIsHeldIsLeftAsItIs) {
   const TScratchFolder Folder;
   const std::u16string Path = Folder.File(u"Ignore.ini");
   const std::string Content = "[Registry]\r\na=1\r\n";
-  ASSERT_EQ(WriteWholeFile(Path, Content), u"");
+  ASSERT_EQ(WriteWholeFile(Path, Content), TError());
   {
     const TFileHandle Held(
         CreateFileW(Wide(Path), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     ASSERT_TRUE(Held.IsOpen());
     EXPECT_FALSE(Platform.Profiles->WriteString(Path, u"Registry", u"b", u"2"));
     EXPECT_EQ(Platform.Profiles->ReadString(Path, u"Registry", u"a", u"unread"), u"unread");
-    EXPECT_NE(Platform.Storage->Write(Path, "other"), u"");
-    EXPECT_NE(Platform.Storage->Remove(Path), u"");
+    EXPECT_NE(Platform.Storage->Write(Path, "other"), TError());
+    EXPECT_NE(Platform.Storage->Remove(Path), TError());
   }
   std::string Now;
-  EXPECT_EQ(ReadWholeFile(Path, Now), u"");
+  EXPECT_EQ(ReadWholeFile(Path, Now), TError());
   EXPECT_EQ(Now, Content);
 }
 
@@ -141,7 +141,7 @@ std::string AdvertisedShortcut(std::string_view Target) {
 TEST_F(Win32Hosts, AnInstallersShortcutHasNoTargetWhateverStandsInIt) {
   const TScratchFolder Scratch;
   const std::u16string Path = Scratch.File(u"advertised.lnk");
-  ASSERT_EQ(WriteWholeFile(Path, AdvertisedShortcut("C:\\gone.exe")), u"");
+  ASSERT_EQ(WriteWholeFile(Path, AdvertisedShortcut("C:\\gone.exe")), TError());
   EXPECT_EQ(Platform.Shell->ShortcutTarget(Path), u"");
 }
 

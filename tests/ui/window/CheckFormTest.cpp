@@ -443,7 +443,7 @@ TEST_F(FixDialog, WithoutABackupNothingIsRemovedAndNothingIsCalledASuccess) {
   std::u16string Folder = Data.Paths.BackupFolderPath;
   Folder.pop_back();
   ASSERT_TRUE(RemoveDirectoryW(Wide(Folder)));
-  ASSERT_EQ(Bench.Platform.Storage->Write(Folder, "in the way"), u"");
+  ASSERT_EQ(Bench.Platform.Storage->Write(Folder, "in the way"), TError());
   Press(Dialog.Find<TButton>(u"bt_scan"));
   EXPECT_EQ(Left(), u"one two three four");
   const auto &Label = Dialog.Find<TControl>(u"Lab_status");

@@ -21,7 +21,7 @@ protected:
     TRegistryClean Clean(Bench.Platform);
     for (const char16_t *const Key : {u"A", u"B", u"C"})
       EXPECT_EQ(Clean.IgnoreList.Add(TTestCorner::KeyPath(Key), u"value " + std::u16string(Key)),
-                u"");
+                TError());
   }
 
   TNames Kept() {

@@ -144,7 +144,7 @@ class TPageCopier {
 public:
   explicit TPageCopier(TPlatform &Platform)
       : Platform_(Platform), Copy_(Platform.Folders->Temp() + u"opened.html") {
-    EXPECT_TRUE(Platform.Storage->Remove(Copy_).empty());
+    EXPECT_FALSE(Platform.Storage->Remove(Copy_));
     const std::unique_ptr<TRegKey> Classes = Root();
     const TRegOpened Extension = Classes->Create(u".html");
     Extension.Key->Read(u"", Before_);
@@ -167,7 +167,7 @@ public:
   bool Opens(const std::string &Bytes) const {
     return WaitUntil([&] {
       std::string Copied;
-      return Platform_.Storage->Read(Copy_, Copied).empty() && Copied == Bytes;
+      return !Platform_.Storage->Read(Copy_, Copied) && Copied == Bytes;
     });
   }
 
@@ -200,7 +200,7 @@ TEST_F(TInfopaneTest, LibraryTellsOfAPageThatIsMissing) {
 TEST_F(TInfopaneTest, HomePageAndManualAreThePageThatIsShipped) {
   PlaceProgramIn(Shipped());
   std::string Page;
-  ASSERT_TRUE(Bench_.Platform.Storage->Read(Shipped() + u"Manual.html", Page).empty());
+  ASSERT_FALSE(Bench_.Platform.Storage->Read(Shipped() + u"Manual.html", Page));
   for (const auto Command : {NavigateToHomePage, OpenManual}) {
     const TPageCopier Copier(Bench_.Platform);
     Command(Above_, Bench_);

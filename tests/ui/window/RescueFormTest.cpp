@@ -62,7 +62,7 @@ protected:
   void Write(std::u16string_view Name, std::string_view Bytes) {
     EXPECT_EQ(
         Bench.Platform.Storage->Write(Data.Paths.BackupFolderPath + std::u16string(Name), Bytes),
-        u"");
+        TError());
   }
 
   static int RowOf(TForm &Dialog, std::u16string_view Name) {
@@ -237,7 +237,7 @@ TEST_F(RescueForm, SaysWhatARestoreCouldNotDo) {
   std::u16string Folder = Data.Paths.UndoFolderPath;
   Folder.pop_back();
   RemoveDirectoryW(Wide(Folder));
-  ASSERT_EQ(Bench.Platform.Storage->Write(Folder, "in the way"), u"");
+  ASSERT_EQ(Bench.Platform.Storage->Write(Folder, "in the way"), TError());
   EXPECT_EQ(Restore(Dialog, {IDYES}), TNames{Ask}) << "no word of a success";
   EXPECT_TRUE(Shown(Dialog).starts_with(u"The backup was not restored completely: nothing was "))
       << ToUtf8(Shown(Dialog));

@@ -1,0 +1,92 @@
+#include "platform/ErrorTexts.h"
+
+#include <algorithm>
+
+#include "platform/Text.h"
+
+namespace hivesweep {
+
+namespace {
+
+constexpr TErrorText Texts[] = {
+    {TErrorCode::Unreadable, u"ErrorUnreadable", u"%s: could not be read"},
+    {TErrorCode::Unwritable, u"ErrorUnwritable", u"%s could not be written"},
+    {TErrorCode::ReadBackDiffers, u"ErrorReadBackDiffers",
+     u"what was written did not read back the same"},
+    {TErrorCode::KeyUnfitForList, u"ErrorKeyUnfitForList",
+     u"a key whose path has \"=\", a line break, or blanks at its ends can't be kept in %s"},
+    {TErrorCode::KeyLostInList, u"ErrorKeyLostInList", u"%s can't hold that key"},
+    {TErrorCode::ListNotPutBack, u"ErrorListNotPutBack", u"the file could not be put back"},
+    {TErrorCode::NoBackupWritten, u"FixFailed",
+     u"Nothing was fixed, because no backup could be written"},
+    {TErrorCode::IgnoreListUnknown, u"FixWithoutList",
+     u"Nothing was fixed, because the ignore list could not be read"},
+    {TErrorCode::NoRecord, u"ErrorNoRecord", u"there is no exact record of it"},
+    {TErrorCode::RecordUnreadable, u"ErrorRecordUnreadable", u"the undo record %s can't be read"},
+    {TErrorCode::RecordUnknown, u"ErrorRecordUnknown", u"%s is no undo record"},
+    {TErrorCode::RecordOfNewerVersion, u"ErrorRecordOfNewerVersion",
+     u"the undo record %s has version %d, which this program does not know"},
+    {TErrorCode::RecordDamaged, u"ErrorRecordDamaged", u"the undo record %s is damaged"},
+    {TErrorCode::RecordOfOtherView, u"ErrorRecordOfOtherView",
+     u"the undo record %s was made by the %d-bit program, which sees other keys than this one: "
+     u"restore with that"},
+    {TErrorCode::NoSuchBackup, u"ErrorNoSuchBackup", u"there is no backup of that name"},
+    {TErrorCode::NothingRestored, u"ErrorNothingRestored", u"nothing was restored"},
+    {TErrorCode::TextOnly, u"ErrorTextOnly", u"only what the backup's text holds is restored"},
+    {TErrorCode::PresentNotRecorded, u"ErrorPresentNotRecorded",
+     u"what is there now could not be recorded"},
+    {TErrorCode::KeyUnreadable, u"ErrorKeyUnreadable", u"%s can't be read"},
+    {TErrorCode::KeyNotPutBack, u"ErrorKeyNotPutBack", u"%s can't be put back"},
+    {TErrorCode::RestoreUnfinished, u"ErrorRestoreUnfinished",
+     u"the restore could not be finished, and will be taken back before the next one"},
+    {TErrorCode::InterruptedNotPutRight, u"ErrorInterruptedNotPutRight",
+     u"the rest of an interrupted restore can't be put right"},
+    {TErrorCode::InterruptedLeft, u"ErrorInterruptedLeft",
+     u"what was left of an interrupted restore stays as it is"},
+    {TErrorCode::InterruptedPartlyTakenBack, u"ErrorInterruptedPartlyTakenBack",
+     u"not all of an interrupted restore could be taken back; the rest is in %s"},
+    {TErrorCode::RestoreRecordUnfinished, u"ErrorRestoreRecordUnfinished",
+     u"the record of this restore could not be finished"},
+    {TErrorCode::EditorNotStarted, u"ErrorEditorNotStarted",
+     u"the registry editor could not be started"},
+};
+
+// A parameter may itself hold "%d": what is put in is not looked at again.
+std::u16string WithParameters(std::u16string_view Text, const TError &Error) {
+  std::u16string Out;
+  for (std::size_t At = 0; At < Text.size(); ++At) {
+    const std::u16string_view Mark = Text.substr(At, 2);
+    if (Mark == u"%s" || Mark == u"%d") {
+      Out += Mark == u"%s" ? Error.Subject : ToDecimal(Error.Number);
+      ++At;
+    } else {
+      Out.push_back(Text[At]);
+    }
+  }
+  return Out;
+}
+
+} // namespace
+
+std::span<const TErrorText> ErrorTexts() { return Texts; }
+
+std::u16string ErrorWords(const TError &Error,
+                          const std::function<std::u16string(const TErrorText &Text)> &TextOf) {
+  std::u16string Out;
+  if (Error.Code == TErrorCode::System)
+    Out = SystemErrorText(Error.Number);
+  else if (Error.Code == TErrorCode::Subject)
+    Out = Error.Subject;
+  else if (const auto *const Text = std::ranges::find(Texts, Error.Code, &TErrorText::Code);
+           Text != std::end(Texts))
+    Out = WithParameters(TextOf(*Text), Error);
+  for (const TError &Cause : Error.Cause)
+    Out.append(u": ").append(ErrorWords(Cause, TextOf));
+  return Out;
+}
+
+std::u16string EnglishWords(const TError &Error) {
+  return ErrorWords(Error, [](const TErrorText &Text) { return std::u16string(Text.English); });
+}
+
+} // namespace hivesweep
