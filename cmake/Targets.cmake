@@ -1,17 +1,69 @@
 # The few kinds of things that this project builds. Every folder of the project
 # uses these functions and nothing else, so that a flag has one place.
 #
-#   hivesweep_library(NAME SOURCES file... [USES target...])
+#   hivesweep_library(NAME SOURCES file... [USES target...] [WINDOWS_H])
 #   hivesweep_program(NAME SOURCES file... [USES target...] [WINDOW])
 #   hivesweep_dll(NAME DESCRIPTION text SOURCES file... [USES target...])
 #   hivesweep_test(NAME SOURCES file... [USES target...]
-#                  [WINDOWS_ONLY | NATIVE_ONLY] [DISPLAY] [SAMPLE] [TIMEOUT seconds])
+#                  [WINDOWS_ONLY | NATIVE_ONLY] [WINDOWS_H] [DISPLAY] [SAMPLE]
+#                  [TIMEOUT seconds])
 #   hivesweep_tool(NAME SOURCES file... [USES target...])
 #   hivesweep_bench(NAME SOURCES file... [USES target...] [WINDOWS] [DISPLAY])
 #
 # Includes are written from the top of the project: #include "platform/Registry.h".
+# WINDOWS_H: on Windows, most of the sources include <windows.h>.
 # Which files belong to which system is a list in the folder's CMakeLists.txt:
 #   if(HIVESWEEP_WINDOWS) ... else() ... endif()
+
+# What sources mostly begin with, compiled once per build and kind. A source still includes
+# what it uses. A header of this project is here only if nearly all sources use it and it
+# seldom changes: its change compiles everything anew.
+set(_HIVESWEEP_COMMON_HEADERS
+  <algorithm> <array> <cstddef> <cstdint> <cstdio> <cstring> <functional> <iterator> <map>
+  <memory> <optional> <set> <span> <stdexcept> <string> <string_view> <unordered_map>
+  <utility> <variant> <vector>
+  ${CMAKE_SOURCE_DIR}/platform/Platform.h
+  ${CMAKE_SOURCE_DIR}/platform/Text.h)
+set(_HIVESWEEP_WINDOWS_HEADERS
+  ${CMAKE_SOURCE_DIR}/platform/win32/Win32.h <commctrl.h>)
+
+# _hivesweep_precompile(NAME own | test, WINDOWS_H or not): the flags of the target have to
+# be the same as those of all others of its kind.
+function(_hivesweep_precompile name kind windows_h)
+  if(NOT HIVESWEEP_PCH)
+    return()
+  endif()
+  set(headers ${_HIVESWEEP_COMMON_HEADERS})
+  set(common hivesweep_pch_${kind})
+  if(kind STREQUAL "test")
+    list(PREPEND headers <gtest/gtest.h>)
+  endif()
+  if(windows_h AND HIVESWEEP_WINDOWS)
+    list(APPEND headers ${_HIVESWEEP_WINDOWS_HEADERS})
+    string(APPEND common _windows)
+  endif()
+  if(NOT TARGET ${common})
+    set(empty ${CMAKE_BINARY_DIR}/${common}.cpp)
+    file(CONFIGURE OUTPUT ${empty} CONTENT "// Only its headers count.\n")
+    add_library(${common} OBJECT EXCLUDE_FROM_ALL ${empty})
+    target_link_libraries(${common} PRIVATE hivesweep_own_code)
+    if(kind STREQUAL "test")
+      target_link_libraries(${common} PRIVATE hivesweep_gtest)
+      target_compile_options(${common} PRIVATE ${_HIVESWEEP_TEST_OPTIONS})
+    endif()
+    target_precompile_headers(${common} PRIVATE ${headers})
+  endif()
+  target_precompile_headers(${name} REUSE_FROM ${common})
+endfunction()
+
+# How a test is compiled, other than what it tests. Optimisation would take longer than it
+# saves. What is left out of UBSan makes most of its code, and AddressSanitizer sees a null
+# or a wild pointer as well.
+if(HIVESWEEP_SANITIZE)
+  set(_HIVESWEEP_TEST_OPTIONS -fno-sanitize=null,alignment,object-size,vptr)
+elseif(HIVESWEEP_WINDOWS)
+  set(_HIVESWEEP_TEST_OPTIONS -Og)
+endif()
 
 function(_hivesweep_target name visibility)
   target_link_libraries(${name} PRIVATE hivesweep_own_code)
@@ -37,9 +89,10 @@ endmacro()
 
 # A folder of the project: a static library, what it uses is used by its users.
 function(hivesweep_library name)
-  _hivesweep_arguments(hivesweep_library "" "")
+  _hivesweep_arguments(hivesweep_library "WINDOWS_H" "")
   add_library(${name} STATIC ${_SOURCES})
   _hivesweep_target(${name} PUBLIC ${_USES})
+  _hivesweep_precompile(${name} own ${_WINDOWS_H})
 endfunction()
 
 # A program that is shipped. On Windows it carries a version resource and a
@@ -56,6 +109,7 @@ function(hivesweep_program name)
   _hivesweep_target(${name} PRIVATE ${_USES})
   target_compile_definitions(${name} PRIVATE "HIVESWEEP_VERSION=\"${PROJECT_VERSION}\"")
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+  add_dependencies(test-programs ${name})
   if(HIVESWEEP_WINDOWS)
     set(path ${CMAKE_SOURCE_DIR}/cmake/${HIVESWEEP_MANIFEST}.manifest)
     _hivesweep_shipped(${name} exe 1 "1 24 \"${path}\"" "${PROJECT_DESCRIPTION}")
@@ -72,6 +126,7 @@ function(hivesweep_dll name)
   _hivesweep_target(${name} PRIVATE ${_USES})
   set_target_properties(${name} PROPERTIES
                         PREFIX "" RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+  add_dependencies(test-programs ${name})
   _hivesweep_shipped(${name} dll 2 "" "${_DESCRIPTION}")
 endfunction()
 
@@ -90,13 +145,18 @@ function(_hivesweep_shipped HIVESWEEP_NAME HIVESWEEP_SUFFIX HIVESWEEP_FILETYPE H
   endif()
 endfunction()
 
+# The target "test-programs" builds all that ctest runs or needs. Which sources make which program
+# is told in tests.txt, a program a line, for "./dev test PRESET FILTER".
+add_custom_target(test-programs)
+file(WRITE ${CMAKE_BINARY_DIR}/tests.txt "")
+
 # One GoogleTest program and one ctest entry: starting a program under Wine costs
 # more than a hundred test cases, so they stay together. The cases' results go to
 # results/NAME.json, from where the summary of "./dev test" takes its numbers.
 # DISPLAY: its windows are to be drawn, on a display of its own. SAMPLE: under Wine, its
 # registry and its disk have the sample's leftovers.
 function(hivesweep_test name)
-  _hivesweep_arguments(hivesweep_test "WINDOWS_ONLY;NATIVE_ONLY;DISPLAY;SAMPLE" "TIMEOUT")
+  _hivesweep_arguments(hivesweep_test "WINDOWS_ONLY;NATIVE_ONLY;WINDOWS_H;DISPLAY;SAMPLE" "TIMEOUT")
   if((_WINDOWS_ONLY AND NOT HIVESWEEP_WINDOWS) OR (_NATIVE_ONLY AND HIVESWEEP_WINDOWS))
     return()
   endif()
@@ -105,6 +165,13 @@ function(hivesweep_test name)
   endif()
   add_executable(${name} ${_SOURCES})
   _hivesweep_target(${name} PRIVATE ${_USES} hivesweep_gtest)
+  target_compile_options(${name} PRIVATE ${_HIVESWEEP_TEST_OPTIONS})
+  _hivesweep_precompile(${name} test ${_WINDOWS_H})
+  add_dependencies(test-programs ${name})
+  file(RELATIVE_PATH folder ${CMAKE_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+  list(TRANSFORM _SOURCES PREPEND ${folder}/)
+  list(JOIN _SOURCES " " sources)
+  file(APPEND ${CMAKE_BINARY_DIR}/tests.txt "${name} ${sources}\n")
   set(results ${CMAKE_BINARY_DIR}/results/${name}.json)
   if(HIVESWEEP_WINDOWS)
     string(PREPEND results "Z:") # Wine's name for the root of this machine's files
@@ -142,6 +209,7 @@ function(hivesweep_bench name)
   endif()
   add_executable(${name} ${_SOURCES})
   _hivesweep_target(${name} PRIVATE ${_USES})
+  _hivesweep_precompile(${name} own OFF)
   set(command ${name})
   if(_DISPLAY)
     set(command ${CMAKE_COMMAND} -E env HSW_DISPLAY=yes
