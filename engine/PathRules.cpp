@@ -67,15 +67,21 @@ void ExpandProgramFiles(std::u16string &Text, std::u16string_view WinDir) {
 }
 
 void ExpandEnvironment(std::u16string &Text, TSystem &System) {
+  std::u16string Out;
+  std::size_t Taken = 0;
   for (std::size_t At = Text.find(u'%'); At != std::u16string::npos; At = Text.find(u'%', At)) {
     const std::size_t End = Text.find(u'%', At + 1);
     if (End == std::u16string::npos)
-      return;
+      break;
     const auto Value = System.Environment(Text.substr(At + 1, End - At - 1));
-    if (Value)
-      Text.replace(At, End + 1 - At, *Value);
-    At = Value ? At + Value->size() : End; // what ended no name may begin one
+    if (Value) {
+      Out.append(Text, Taken, At - Taken).append(*Value);
+      Taken = End + 1;
+    }
+    At = Value ? Taken : End; // what ended no name may begin one
   }
+  if (Taken != 0)
+    Text = Out.append(Text, Taken, std::u16string::npos);
 }
 
 bool HasDriveForm(std::u16string_view Path) {

@@ -7,21 +7,60 @@
 
 namespace hivesweep {
 
-TItemInfo *TGroupItems::Add() { return Items_.emplace_back(std::make_unique<TItemInfo>()).get(); }
+TItemInfo *TGroupItems::Add() {
+  TItemInfo *const Item = Items_.emplace_back(std::make_unique<TItemInfo>()).get();
+  if (!Places_.empty())
+    Places_.emplace(Item, Items_.size() - 1);
+  return Item;
+}
 
 void TGroupItems::Delete(const TItemInfo *Item) {
-  if (const std::int32_t Index = IndexOf(Item); Index >= 0)
-    Items_.erase(Items_.begin() + Index);
+  const std::optional<std::size_t> Place = PlaceOf(Item);
+  if (!Place)
+    return;
+  Places_.erase(Item);
+  Whole_ = Gaps_++ == 0 ? *Place : std::min(Whole_, *Place);
+  Items_[*Place].reset();
+  if (Gaps_ == Items_.size())
+    Clear();
+}
+
+void TGroupItems::Clear() {
+  Items_.clear();
+  CloseGaps();
 }
 
 std::int32_t TGroupItems::IndexOf(const TItemInfo *Item) const {
-  const auto Found = std::find_if(Items_.begin(), Items_.end(),
-                                  [&](const auto &Owned) { return Owned.get() == Item; });
-  return Found == Items_.end() ? -1 : static_cast<std::int32_t>(Found - Items_.begin());
+  std::optional<std::size_t> Place = PlaceOf(Item);
+  if (Place && Gaps_ != 0 && *Place > Whole_) {
+    CloseGaps();
+    Place = PlaceOf(Item);
+  }
+  return Place ? static_cast<std::int32_t>(*Place) : -1;
 }
 
 TItemInfo *TGroupItems::Get(std::int32_t Index) const {
-  return Index >= 0 && Index < Count() ? Items_[static_cast<std::size_t>(Index)].get() : nullptr;
+  if (Index < 0 || Index >= Count())
+    return nullptr;
+  const auto Place = static_cast<std::size_t>(Index);
+  if (Gaps_ != 0 && Place >= Whole_)
+    CloseGaps();
+  return Items_[Place].get();
+}
+
+void TGroupItems::CloseGaps() const {
+  std::erase(Items_, nullptr);
+  Gaps_ = 0;
+  Places_.clear();
+}
+
+std::optional<std::size_t> TGroupItems::PlaceOf(const TItemInfo *Item) const {
+  if (Places_.empty())
+    for (std::size_t Place = 0; Place < Items_.size(); ++Place)
+      if (Items_[Place])
+        Places_.emplace(Items_[Place].get(), Place);
+  const auto Found = Places_.find(Item);
+  return Found == Places_.end() ? std::nullopt : std::optional(Found->second);
 }
 
 TGroupItems *TListViewManage::AddGroup(std::u16string_view Name) {
@@ -57,9 +96,10 @@ std::int32_t TListViewManage::CheckedCount() const {
 
 void TListViewManage::DeleteItem(const TItemInfo *Item) {
   for (const auto &Group : Groups_) {
-    if (Group->IndexOf(Item) >= 0) {
+    const std::int32_t Before = Group->Count();
+    Group->Delete(Item);
+    if (Group->Count() != Before) {
       ++Changes_;
-      Group->Delete(Item);
       return;
     }
   }

@@ -4,13 +4,19 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
+#include "engine/Labels.h"
 #include "platform/Messages.h"
 
 namespace hivesweep {
+
+// What a fix deletes to solve a problem.
+enum class TFixAction { RemoveKey, RemoveValue, RemoveFile };
 
 // One problem.
 struct TItemInfo {
@@ -23,6 +29,11 @@ struct TItemInfo {
   std::int32_t ItemKind = 0;
   std::int32_t RiskImage = 0;
   bool Checked = true; // selected for fixing
+
+  // From the scanner that found the problem. Both are unset in a record that was made of
+  // texts alone; only then do TypeName and ValueName decide what a fix does.
+  std::optional<TProblemType> Type;
+  std::optional<TFixAction> Action;
 };
 
 // What a problem of a whole key has for a value name.
@@ -35,16 +46,24 @@ public:
 
   TItemInfo *Add();
   void Delete(const TItemInfo *Item);
-  void Clear() { Items_.clear(); }
+  void Clear();
 
-  std::int32_t Count() const { return static_cast<std::int32_t>(Items_.size()); }
+  std::int32_t Count() const { return static_cast<std::int32_t>(Items_.size() - Gaps_); }
   std::int32_t IndexOf(const TItemInfo *Item) const; // -1: not of this group
   TItemInfo *Get(std::int32_t Index) const;          // null out of range
 
   const std::u16string GroupName;
 
 private:
-  std::vector<std::unique_ptr<TItemInfo>> Items_;
+  void CloseGaps() const;
+  std::optional<std::size_t> PlaceOf(const TItemInfo *Item) const;
+
+  // A deleted problem leaves a gap, so that deleting many never moves the others or
+  // searches for each. The gaps are closed when somebody asks for a problem behind one.
+  mutable std::vector<std::unique_ptr<TItemInfo>> Items_;
+  mutable std::size_t Gaps_ = 0;
+  mutable std::size_t Whole_ = 0; // with gaps: so many places in front have none
+  mutable std::unordered_map<const TItemInfo *, std::size_t> Places_; // empty: not asked yet
 };
 
 // What the problem table shows in one row. Data and ImageIndex travel with it

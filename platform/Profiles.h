@@ -50,10 +50,16 @@ public:
 
   // The file's stamp: while it is equal to an earlier one, so is the content.
   // Nothing when that can't be promised, because the file was changed so shortly
-  // ago that another change could leave the same stamp. A missing file has a
-  // stamp too.
+  // ago that another change could leave the same stamp. A time in the future, from a
+  // wrong clock, is as good as one long past: a change would bring another time. A
+  // missing file has a stamp too.
   virtual std::optional<TFileStamp> Stamp(std::u16string_view Path) = 0;
 };
+
+// A file's time is so close to the clock's that the next change may bring the same one.
+constexpr bool IsWithin(std::uint64_t Span, std::uint64_t Modified, std::uint64_t Now) {
+  return Modified < Now ? Now - Modified < Span : Modified - Now < Span;
+}
 
 // A text that stands in one line of an INI file as it is given: it has no line break and
 // no zero in it.

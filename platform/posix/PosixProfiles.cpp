@@ -131,7 +131,7 @@ std::optional<TFileStamp> TPosixProfiles::Stamp(std::u16string_view Path) {
   timespec Now = {};
   clock_gettime(CLOCK_REALTIME, &Now);
   const std::uint64_t Modified = Nanoseconds(Found.st_mtim);
-  if (Modified + Settled > Nanoseconds(Now))
+  if (IsWithin(Settled, Modified, Nanoseconds(Now)))
     return std::nullopt;
   return TFileStamp{Modified, Nanoseconds(Found.st_ctim),
                     static_cast<std::uint64_t>(Found.st_size)};

@@ -95,7 +95,7 @@ public:
     FILETIME Now = {};
     GetSystemTimeAsFileTime(&Now);
     const std::uint64_t Modified = Number(Found.ftLastWriteTime);
-    if (Modified + Settled > Number(Now))
+    if (IsWithin(Settled, Modified, Number(Now)))
       return std::nullopt;
     return TFileStamp{Modified, Number(Found.ftCreationTime),
                       static_cast<std::uint64_t>(Found.nFileSizeHigh) << 32 | Found.nFileSizeLow};

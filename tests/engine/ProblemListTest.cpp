@@ -51,6 +51,28 @@ TEST_F(TProblemListTest, GroupsAreFoundByTheirExactNameAndSurviveEmpty) {
   EXPECT_EQ(CountCaption(12), u"(12)");
 }
 
+TEST_F(TProblemListTest, WhatIsDeletedInAnyOrderLeavesTheOthersInTheirs) {
+  TGroupItems *Group = List.AddGroup(u"3");
+  std::vector<TItemInfo *> Left; // an oracle that moves and searches
+  unsigned Seed = 7;
+  const auto Random = [&] { return (Seed = Seed * 1664525U + 1013904223U) >> 16; };
+  for (int Step = 0; Step < 5'000; ++Step) {
+    if (Step < 200 || Random() % 3 == 0)
+      Left.push_back(Add(Group, u"a"));
+    if (const std::size_t At = Random() % Left.size(); Step >= 200 && Left.size() > 1) {
+      List.DeleteItem(Left[At]);
+      Left.erase(Left.begin() + static_cast<std::ptrdiff_t>(At));
+    }
+    ASSERT_EQ(Group->Count(), static_cast<std::int32_t>(Left.size()));
+    const auto At = static_cast<std::int32_t>(Random() % Left.size());
+    if (Step % 2 == 0) {
+      ASSERT_EQ(Group->Get(At), Left[static_cast<std::size_t>(At)]);
+    } else if (Step % 5 == 0) {
+      ASSERT_EQ(Group->IndexOf(Left[static_cast<std::size_t>(At)]), At);
+    }
+  }
+}
+
 TEST_F(TProblemListTest, TheViewShowsOneGroupOrAll) {
   Add(List.AddGroup(u"3"), u"a");
   TGroupItems *Four = List.AddGroup(u"4");
