@@ -21,6 +21,7 @@ constexpr TReason Reasons[] = {
     {TRemoval::Failed, "could not remove, the system failed: ", "the system failed"},
     {TRemoval::NotRecorded, "left alone, it could not be recorded or was changed meanwhile: ",
      "not recorded or changed meanwhile"},
+    {TRemoval::Ignored, "left alone, it is on the ignore list by now: ", "ignored by now"},
 };
 
 std::string Numbers(const TFixReport &Report) {

@@ -21,9 +21,14 @@ std::u16string Counted(std::size_t Count, std::u16string_view One, std::u16strin
 }
 
 std::u16string ValueText(std::u16string_view ValueName) {
-  if (ValueName.empty())
-    return u"(default)";
-  return std::u16string(ValueName == WholeKey ? u"(whole key)" : ValueName);
+  return std::u16string(ValueName.empty() ? u"(default)" : ValueName);
+}
+
+// A value that is held back for bearing the mark of a whole key is shown by its name.
+std::u16string ValueText(const TProtectedItem &Item) {
+  const bool IsKey =
+      Item.ValueName == WholeKey && Item.Protection.Source != TProtection::TSource::Unfixable;
+  return IsKey ? u"(whole key)" : ValueText(Item.ValueName);
 }
 
 std::u16string Heading(const TArea &Area, const std::u16string &Count) {
@@ -65,7 +70,9 @@ void PrintProblems(const std::vector<TReportedProblem> &Problems, int Width, std
               [&](TTextTable &Table, const TReportedProblem &Problem) {
                 const TItemInfo &Item = *Problem.Item;
                 const std::u16string Mark = Item.Checked ? u"[x]" : u"[ ]";
-                const std::u16string Value = ValueText(Item.ValueName);
+                const std::u16string Value = Item.Action == TFixAction::RemoveValue
+                                                 ? ValueText(Item.ValueName)
+                                                 : u"(whole key)";
                 if (OneLine) {
                   Table.Add({Mark, Item.TypeName, Item.KeyPath, Value, Item.Data});
                 } else {
@@ -81,7 +88,7 @@ void PrintProtected(const TScanReport &Report, int Width, std::string &Out) {
   Columns[0].Cut = TCut::Never;
   PrintByArea(*Report.Protected, u"protected entry", u"protected entries", Columns, Width, Out,
               [&](TTextTable &Table, const TProtectedItem &Item) {
-                const std::u16string Value = ValueText(Item.ValueName);
+                const std::u16string Value = ValueText(Item);
                 const std::u16string Rule = Item.Protection.RuleText();
                 if (OneLine) {
                   Table.Add({u" - ", Item.KeyPath, Value, Item.Data, Rule});

@@ -46,6 +46,8 @@ TPhraseMatcher MakeMatcher(const TExclusionFilter &Filter) {
 std::u16string TProtection::RuleText() const {
   const auto Name = [this]() -> std::u16string_view {
     switch (Source) {
+    case TSource::Unfixable:
+      return u"Unfixable";
     case TSource::ExactPairs:
       return u"ExactPairs";
     case TSource::AnyFieldWords:

@@ -15,9 +15,10 @@
 namespace hivesweep {
 
 // What held an entry back: an entry of a built-in list, a pair of the settings
-// file or a key of the ignore file.
+// file or a key of the ignore file; or why a fix could not delete this entry alone.
 struct TProtection {
   enum class TSource {
+    Unfixable,
     ExactPairs,
     AnyFieldWords,
     DataWords,
@@ -29,7 +30,8 @@ struct TProtection {
   TSource Source;
   std::u16string Entry;
 
-  // "AnyFieldWords: norton", "Ignore.ini: HKEY_..."
+  // "AnyFieldWords: norton", "Ignore.ini: HKEY_...",
+  // "Unfixable: its name is the mark of a whole key"
   std::u16string RuleText() const;
 };
 

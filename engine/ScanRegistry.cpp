@@ -17,6 +17,28 @@ namespace {
 // runs out while the user reads the result.
 std::int32_t RunOut(std::int32_t Work) { return (Work + 10) / 20; }
 
+// Why a record of the finding would name something else than what was found; empty when
+// it would not.
+std::u16string_view WhyUnfixable(const TFinding &Finding) {
+  if (Finding.Action == TFixAction::RemoveFile)
+    return {};
+  if (Finding.Action == TFixAction::RemoveValue && Trim(Finding.ValueName) == WholeKey)
+    return u"its name is the mark of a whole key";
+  const std::u16string_view KeyPath = Finding.KeyPath;
+  const std::size_t Break = std::min(KeyPath.find(u'\\'), KeyPath.size());
+  if (!RegRootByName(KeyPath.substr(0, Break)) ||
+      KeyPath.find_first_not_of(u'\\', Break) == std::u16string_view::npos)
+    return u"its key is no key below a root";
+  return {};
+}
+
+// Scanners differ in whether a path has a backslash at its end.
+std::u16string_view BareKeyPath(std::u16string_view KeyPath) {
+  while (KeyPath.ends_with(u'\\'))
+    KeyPath.remove_suffix(1);
+  return KeyPath;
+}
+
 // Sets a flag back at the end of a scope, whichever way it is left.
 class TBusy {
 public:
@@ -71,6 +93,7 @@ std::int32_t TScanRegistry::RunScan(TWindowHandle Window, std::u16string_view Ar
   AreaResults_.fill({});
   ProtectedItems_.clear();
   UnreadableKeys_.clear();
+  UnreadablePaths_.clear();
   // A name of an earlier scan would vouch for a program that is gone by now.
   UninstallNames.clear();
   if (MakesFolders)
@@ -211,19 +234,30 @@ std::int32_t TScanRegistry::RunArea(const TArea &Area, TStatusLabel &StatusLabel
 bool TScanRegistry::IsAllowed(std::u16string_view KeyPath, std::u16string_view ValueName,
                               std::u16string_view Data) {
   std::optional<TProtection> Protection = Filter_->Check(KeyPath, ValueName, Data);
-  if (!Protection)
-    return true;
+  if (Protection)
+    HoldBack(KeyPath, ValueName, Data, std::move(*Protection));
+  return !Protection;
+}
+
+void TScanRegistry::HoldBack(std::u16string_view KeyPath, std::u16string_view ValueName,
+                             std::u16string_view Data, TProtection Protection) {
   if (CurrentArea_ != 0)
     ++AreaResults_[AreaIndex(CurrentArea_)].Protected;
   ProtectedItems_.push_back({CurrentArea_, std::u16string(KeyPath), std::u16string(ValueName),
-                             std::u16string(Data), std::move(*Protection)});
-  return false;
+                             std::u16string(Data), std::move(Protection)});
 }
 
 void TScanRegistry::Report(TGroupItems &Group, TFinding Finding) {
+  if (const std::u16string_view Why = WhyUnfixable(Finding); !Why.empty()) {
+    HoldBack(Finding.KeyPath, Finding.ValueName, Finding.Data,
+             {TProtection::TSource::Unfixable, std::u16string(Why)});
+    return;
+  }
   if (!IsAllowed(Finding.KeyPath, Finding.ValueName, Finding.Data))
     return;
   TItemInfo &Item = *Group.Add();
+  Item.Type = Finding.Label;
+  Item.Action = Finding.Action;
   Item.TypeName = Caption(Finding.Label);
   Item.KeyPath = std::move(Finding.KeyPath);
   Item.ValueName = std::move(Finding.ValueName);
@@ -234,13 +268,15 @@ void TScanRegistry::Report(TGroupItems &Group, TFinding Finding) {
 }
 
 void TScanRegistry::NoteUnreadable(std::u16string_view KeyPath, TRegStatus Status) {
-  if (Status != TRegStatus::Ok && Status != TRegStatus::NotFound)
-    UnreadableKeys_.push_back({std::u16string(KeyPath), Status});
+  if (Status == TRegStatus::Ok || Status == TRegStatus::NotFound)
+    return;
+  const std::u16string Path(BareKeyPath(KeyPath));
+  if (UnreadablePaths_.insert(Path).second)
+    UnreadableKeys_.push_back({Path, Status});
 }
 
 bool TScanRegistry::IsUnreadable(std::u16string_view KeyPath) const {
-  return std::any_of(UnreadableKeys_.begin(), UnreadableKeys_.end(),
-                     [&](const TUnreadableKey &Key) { return Key.KeyPath == KeyPath; });
+  return UnreadablePaths_.contains(BareKeyPath(KeyPath));
 }
 
 std::unique_ptr<TRegKey> TScanRegistry::OpenKey(TRegRoot Root, std::u16string_view Path) {

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -19,6 +20,7 @@
 #include "engine/ScanDisk.h"
 #include "engine/ScanView.h"
 #include "platform/Platform.h"
+#include "platform/Text.h"
 
 namespace hivesweep {
 
@@ -50,6 +52,7 @@ struct TSettingsPaths {
 // One problem as a scanner found it.
 struct TFinding {
   TProblemType Label = TProblemType::MissingPath;
+  TFixAction Action = TFixAction::RemoveValue;
   int Area = 0;
   std::u16string KeyPath;
   std::u16string ValueName;
@@ -125,7 +128,7 @@ public:
 
   // ---- what scanners use --------------------------------------------------------
   // Lists the finding in the group, with its backup lines, unless the filter holds
-  // it back.
+  // it back, or its texts would make a fix delete something else.
   void Report(TGroupItems &Group, TFinding Finding);
 
   // Opens a key for a scanner, by its path as TRegistry takes it, or one below an open
@@ -135,10 +138,10 @@ public:
   std::unique_ptr<TRegKey> OpenSubkey(TRegKey &Parent, std::u16string_view ParentPath,
                                       std::u16string_view Name);
 
-  // Takes a failed call on a key that is there into UnreadableKeys.
+  // Takes a failed call on a key that is there into UnreadableKeys, once for each key.
   void NoteUnreadable(std::u16string_view KeyPath, TRegStatus Status);
 
-  // This path has been noted so, in exactly this spelling.
+  // This path has been noted so.
   bool IsUnreadable(std::u16string_view KeyPath) const;
 
   // Puts ScanPrefix and a label's caption into the status label.
@@ -182,6 +185,8 @@ private:
   std::int32_t EstimateWork();
   TRegCounts CountEntries(TRegRoot Root, std::u16string_view Path);
   std::int32_t CountSubkeys(TRegRoot Root, std::u16string_view Path);
+  void HoldBack(std::u16string_view KeyPath, std::u16string_view ValueName,
+                std::u16string_view Data, TProtection Protection);
   std::int32_t RunArea(const TArea &Area, TStatusLabel &StatusLabel, TProgressBar &ProgressBar);
 
   TPlatform &Platform_;
@@ -194,7 +199,8 @@ private:
   std::array<TAreaResult, AreaCount> AreaResults_;
   std::vector<TProtectedItem> ProtectedItems_;
   std::vector<TUnreadableKey> UnreadableKeys_;
-  int CurrentArea_ = 0; // the one that runs; 0: none
+  std::set<std::u16string, TNameLess> UnreadablePaths_; // of these keys
+  int CurrentArea_ = 0;                                 // the one that runs; 0: none
 };
 
 } // namespace hivesweep

@@ -20,15 +20,15 @@ public:
   TFixMarking(TUndoRecord &Record) : Record_(Record) {}
 
   void Take(const TItemInfo &Item, const TFixStep &Step) {
-    switch (Step.Kind) {
-    case TStepKind::DeleteFile:
+    switch (Step.Action) {
+    case TFixAction::RemoveFile:
       if (Record_.Before.Files.contains(Item.Data))
         Record_.Marks.Files[Item.Data] = TUndoMark::Taken;
       break;
-    case TStepKind::DeleteTree:
+    case TFixAction::RemoveKey:
       TakeTree(Cursor_.Aim(Step));
       break;
-    case TStepKind::DeleteValue:
+    case TFixAction::RemoveValue:
       TakeValue(Cursor_.Aim(Step), Item.ValueName);
       break;
     }
@@ -122,17 +122,33 @@ private:
   std::set<TKeyPlace, TKeyPlaceLess> Deleted_;
 };
 
+TFixAction ActionOf(const TItemInfo &Item, std::u16string_view ShortcutCaption) {
+  if (Item.Action)
+    return *Item.Action;
+  if (Item.TypeName == ShortcutCaption)
+    return TFixAction::RemoveFile;
+  return Trim(Item.ValueName) == WholeKey ? TFixAction::RemoveKey : TFixAction::RemoveValue;
+}
+
+// "C:\..." or "\\server\...".
+bool IsFullPath(std::u16string_view Path) {
+  return Path.starts_with(u"\\\\") || (Path.size() > 2 && Path.substr(1, 2) == u":\\");
+}
+
 } // namespace
 
-TFixStep StepOf(const TItemInfo &Item, std::u16string_view ShortcutCaption) {
-  if (Item.TypeName == ShortcutCaption)
-    return {TStepKind::DeleteFile, std::nullopt, {}};
+std::optional<TFixStep> StepOf(const TItemInfo &Item, std::u16string_view ShortcutCaption) {
   const std::u16string_view KeyPath = Item.KeyPath;
+  const TFixAction Action = ActionOf(Item, ShortcutCaption);
+  if (Action == TFixAction::RemoveFile) {
+    if (Item.Data != KeyPath || !IsFullPath(KeyPath))
+      return std::nullopt;
+    return TFixStep{Action, std::nullopt, {}};
+  }
   const std::size_t Break = KeyPath.find(u'\\');
   const bool HasRoot = Break != std::u16string_view::npos;
-  return {Trim(Item.ValueName) == WholeKey ? TStepKind::DeleteTree : TStepKind::DeleteValue,
-          HasRoot ? RegRootByName(KeyPath.substr(0, Break)) : std::nullopt,
-          HasRoot ? KeyPath.substr(Break) : KeyPath};
+  return TFixStep{Action, HasRoot ? RegRootByName(KeyPath.substr(0, Break)) : std::nullopt,
+                  HasRoot ? KeyPath.substr(Break) : KeyPath};
 }
 
 TKeyPlace TFixCursor::Aim(const TFixStep &Step) {
@@ -152,7 +168,8 @@ void ForEachStep(const TListViewManage &Problems, std::u16string_view ShortcutCa
     const TGroupItems &Group = *Problems.GetGroup(Index);
     for (std::int32_t Row = Group.Count() - 1; Row >= 0; --Row)
       if (const TItemInfo &Item = *Group.Get(Row); Item.Checked)
-        Take(Item, StepOf(Item, ShortcutCaption));
+        if (const std::optional<TFixStep> Step = StepOf(Item, ShortcutCaption))
+          Take(Item, *Step);
   }
 }
 
@@ -164,12 +181,12 @@ TUndoRecord RecordFix(TPlatform &Platform, const TListViewManage &Problems,
   TFixCursor Cursor;
   ForEachStep(Problems, ShortcutCaption, [&](const TItemInfo &Item, const TFixStep &Step) {
     ++Record.Changes;
-    if (Step.Kind == TStepKind::DeleteFile) {
+    if (Step.Action == TFixAction::RemoveFile) {
       Scope.Files.insert(Item.Data);
       return;
     }
     TKeyPlace Place = Cursor.Aim(Step);
-    const bool IsTree = Step.Kind == TStepKind::DeleteTree;
+    const bool IsTree = Step.Action == TFixAction::RemoveKey;
     for (TKeyPlace &Stored : StoredPlaces(Place.Root, Place.Path))
       (IsTree ? Scope.Trees : Scope.Keys).insert(std::move(Stored));
     if (!IsTree)

@@ -13,11 +13,9 @@
 
 namespace hivesweep {
 
-enum class TStepKind { DeleteFile, DeleteTree, DeleteValue };
-
 // What removing one problem does, before it is known which key is open.
 struct TFixStep {
-  TStepKind Kind = TStepKind::DeleteValue;
+  TFixAction Action = TFixAction::RemoveValue;
   // The root of exactly that name; nothing: the one before stays in force.
   std::optional<TRegRoot> Root;
   // From the first backslash of the problem's path on. A path without one has no root,
@@ -25,8 +23,10 @@ struct TFixStep {
   std::u16string_view Path;
 };
 
-// ShortcutCaption is the type name of problems that are files.
-TFixStep StepOf(const TItemInfo &Item, std::u16string_view ShortcutCaption);
+// ShortcutCaption is the type name of problems that are files: it decides for records that
+// were made without an action. Nothing when the record does not tell for certain which file
+// is to go: a file is deleted only by its full path, which must be the record's KeyPath too.
+std::optional<TFixStep> StepOf(const TItemInfo &Item, std::u16string_view ShortcutCaption);
 
 // Follows the one root and the one open key of a fix, as TRegistry keeps them.
 class TFixCursor {
@@ -47,7 +47,7 @@ private:
 };
 
 // Tells the steps of a fix in its order: groups as they stand, in each the problems from
-// the last to the first.
+// the last to the first. Those that have no step are passed over.
 void ForEachStep(const TListViewManage &Problems, std::u16string_view ShortcutCaption,
                  const std::function<void(const TItemInfo &, const TFixStep &)> &Take);
 

@@ -43,6 +43,8 @@ enum class TRemoval {
   // It could not be read when it was to be recorded, or was changed after that: it was
   // left alone.
   NotRecorded,
+  // It has come onto the ignore list since the scan: it was left alone.
+  Ignored,
 };
 
 struct TNotRemoved {

@@ -32,6 +32,12 @@ TRemoval RemovalOf(TRegStatus Status) {
   return TRemoval::Failed;
 }
 
+// A record that was made without its type tells it by its caption.
+bool IsOfDeepScan(const TItemInfo &Item, const TScanRegistry &Engine) {
+  return Item.Type ? *Item.Type == TProblemType::DeepScan
+                   : Item.TypeName == Engine.Caption(TProblemType::DeepScan);
+}
+
 } // namespace
 
 struct TRegistryClean::TFixRun {
@@ -135,7 +141,6 @@ void TRegistryClean::RemoveCheckedProblems(TFixRun &Run, std::vector<std::u16str
     BackupLines.insert(BackupLines.end(), Run.Engine.BackupText.begin(),
                        Run.Engine.BackupText.end());
 
-  const std::u16string &DeepScanCaption = Run.Engine.Caption(TProblemType::DeepScan);
   std::int64_t Done = 0;
   for (std::int32_t Index = 0; Index < Run.Problems.GroupCount() && !FixStopped_; ++Index) {
     for (std::int32_t Row = Run.Problems.GetGroup(Index)->Count() - 1; Row >= 0; --Row) {
@@ -151,7 +156,7 @@ void TRegistryClean::RemoveCheckedProblems(TFixRun &Run, std::vector<std::u16str
       if (!Item)
         continue; // a handler of those messages has removed it
       if (Item->Checked) {
-        if (!FixDeepScan && Item->TypeName == DeepScanCaption)
+        if (!FixDeepScan && IsOfDeepScan(*Item, Run.Engine))
           continue; // not counted: the bar stays where it is
         if (const TRemoval What = Remove(Run, *Item); What == TRemoval::Removed)
           ++Run.Report.Removed;
@@ -169,16 +174,22 @@ void TRegistryClean::RemoveCheckedProblems(TFixRun &Run, std::vector<std::u16str
 }
 
 TRemoval TRegistryClean::Remove(TFixRun &Run, const TItemInfo &Item) {
+  if (IgnoreList.Contains(Item.KeyPath))
+    return TRemoval::Ignored;
   const TFixGuard Guard(Platform_, Run.Record);
-  const TFixStep Step = StepOf(Item, Run.Engine.Caption(TProblemType::ShortcutFile));
-  if (Step.Kind == TStepKind::DeleteFile)
+  const std::optional<TFixStep> Known =
+      StepOf(Item, Run.Engine.Caption(TProblemType::ShortcutFile));
+  if (!Known)
+    return TRemoval::NotRecorded;
+  const TFixStep &Step = *Known;
+  if (Step.Action == TFixAction::RemoveFile)
     return Guard.MayDeleteFile(Item.Data)
                ? RemovalOf(RegStatusOf(Platform_.Files->RemoveFile(Item.Data)))
                : TRemoval::NotRecorded;
   if (Step.Root)
     Run.Registry.SetRoot(*Step.Root);
   TKeyPlace Place = Run.Cursor.Aim(Step);
-  if (Step.Kind == TStepKind::DeleteTree)
+  if (Step.Action == TFixAction::RemoveKey)
     return Guard.MayDeleteTree(Place) ? RemovalOf(Run.Registry.DeleteKey(Step.Path))
                                       : TRemoval::NotRecorded;
 

@@ -40,12 +40,13 @@ public:
   explicit TDeepWalk(TScannerRun &Run)
       : Run_(Run), Matcher_(MakeMatcher(Run.Engine.ScannedAreaKeys)) {}
 
-  // Walks a key, without the subkey of the name LeftOut.
+  // Walks a key, without the subkey of the name LeftOut. Of a root the values are left
+  // out: a problem there would have no path by which a fix could find it.
   void Walk(TKeyAt Top, const TPathVariables &Variables, std::u16string_view LeftOut = {}) {
     Variables_ = &Variables;
     Path_.clear();
     TPhraseMatcher::TState State = TPhraseMatcher::AtStart;
-    if (!Append(Top.Path, State))
+    if (!Append(Top.Path, State) || !GoesOn())
       return;
     Enter(std::move(Top.Key), State);
     if (!LeftOut.empty())
@@ -99,7 +100,8 @@ private:
     Here.Next = 0;
     Here.PathLength = Path_.size();
     Here.State = State;
-    ExamineValues(*Here.Key);
+    if (Path_.find(u'\\') != std::u16string::npos)
+      ExamineValues(*Here.Key);
     Run_.Engine.NoteUnreadable(Path_, Here.Key->SubkeyNames(Here.Names));
   }
 

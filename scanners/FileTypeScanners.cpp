@@ -49,6 +49,7 @@ template <typename TTake> bool ForEachVerb(TScannerRun &Run, const TKeyAt &At, T
 void ReportCommand(TScannerRun &Run, std::u16string_view KeyPath, std::int32_t ItemKind,
                    const TVerb &Verb) {
   Run.Report({.Label = TProblemType::MissingPath,
+              .Action = TFixAction::RemoveKey,
               .KeyPath = std::u16string(KeyPath),
               .ValueName = std::u16string(WholeKey),
               .Data = Verb.Command.Expanded,

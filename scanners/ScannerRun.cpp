@@ -90,6 +90,7 @@ void TScannerRun::ReportKey(TProblemType Label, std::u16string_view KeyPath,
   if (Default)
     Lines.push_back(StringLine(u"", Escaped(*Default)));
   Report({.Label = Label,
+          .Action = TFixAction::RemoveKey,
           .KeyPath = std::u16string(KeyPath),
           .ValueName = std::u16string(WholeKey),
           .Data = std::u16string(Data),
@@ -101,6 +102,7 @@ void TScannerRun::ReportValue(TProblemType Label, std::u16string_view KeyPath,
                               std::u16string_view Name, std::u16string_view Data,
                               std::u16string_view Stored) {
   Report({.Label = Label,
+          .Action = TFixAction::RemoveValue,
           .KeyPath = std::u16string(KeyPath),
           .ValueName = std::u16string(Name),
           .Data = std::u16string(Data),

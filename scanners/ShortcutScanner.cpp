@@ -49,6 +49,7 @@ void CheckShortcut(TScannerRun &Run, const std::u16string &Path) {
     return;
   // No backup lines: nothing in the registry is concerned.
   Run.Report({.Label = TProblemType::ShortcutFile,
+              .Action = TFixAction::RemoveFile,
               .KeyPath = Path,
               .ValueName = std::u16string(WholeKey),
               .Data = Path,

@@ -46,12 +46,12 @@ std::int32_t ScanSounds(TScanRegistry &Engine, TStatusLabel &StatusLabel, TProgr
   const TKeyAt Top = Run.Open(TRegRoot::CurrentUser, u"AppEvents\\Schemes\\Apps");
   if (!Top)
     return 0;
-  for (const std::u16string &Name : Run.SubkeyNames(Top))
-    if (const TKeyAt Program = Run.Open(Top, Name))
-      Run.ForEachName(Run.SubkeyNames(Program), [&](const std::u16string &Event) {
-        if (const TKeyAt Current = Run.Open(Program, Below(Event, u".Current")))
-          CheckSound(Run, Current);
-      });
+  Run.ForEachKey(Top, Run.SubkeyNames(Top), [&](const TKeyAt &Program) {
+    Run.ForEachName(Run.SubkeyNames(Program), [&](const std::u16string &Event) {
+      if (const TKeyAt Current = Run.Open(Program, Below(Event, u".Current")))
+        CheckSound(Run, Current);
+    });
+  });
   return Run.Found;
 }
 

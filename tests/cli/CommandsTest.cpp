@@ -203,7 +203,7 @@ TEST(CliAreas, AreListedWithTheirSwitches) {
 
 TEST(CliProtected, EachRuleIsNamed) {
   TTestCli Cli;
-  Cli.WriteRegistry(SmallRegistry);
+  Cli.WriteRegistry(std::u16string(SmallRegistry) + u"\"N/A\"=\"C:\\\\Agent\\\\gone.exe\"\r\n");
   Cli.Write(u"Main.ini",
             "[Registry]\r\nHKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows\\Help\\=gone.hlp\r\n");
   Cli.Write(u"Ignore.ini", "[Registry]\r\nHKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows\\"
@@ -218,7 +218,10 @@ TEST(CliProtected, EachRuleIsNamed) {
                        "7 AnyFieldWords: norton",
                        "12 Ignore.ini: HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows\\"
                        "CurrentVersion\\Run",
+                       "12 Unfixable: its name is the mark of a whole key",
                    }));
+  Cli.Run({"scan", "--registry", "@registry", "--show-protected"});
+  EXPECT_FALSE(Has(Cli.Console.Output, "(whole key)")) << Cli.Console.Output;
   EXPECT_FALSE(Cli.Scan({"--data-folder", "@."}).contains("protected"));
 }
 

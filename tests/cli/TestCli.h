@@ -72,6 +72,7 @@ inline std::int32_t ReportWholeKey(TScanRegistry &Engine, TGroupItems &Group,
                                    std::u16string KeyPath) {
   TFinding Finding;
   Finding.Label = TProblemType::ActiveX;
+  Finding.Action = TFixAction::RemoveKey;
   Finding.Area = 1;
   Finding.BackupLines = {KeyLine(KeyPath)};
   Finding.KeyPath = std::move(KeyPath);

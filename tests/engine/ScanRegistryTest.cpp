@@ -116,6 +116,65 @@ TEST(ScanDriver, CountsWhatTheFilterHoldsBackAndSaysWhy) {
   EXPECT_EQ(Scan.Status.Texts[0], u"Scanning...Invalid Font");
 }
 
+// What a fix would take for something else than what was found.
+std::int32_t ScanUnfixable(TScanRegistry &Engine, TStatusLabel &, TProgressBar &,
+                           TGroupItems &Group) {
+  static const struct {
+    TFixAction Action;
+    std::u16string_view KeyPath, ValueName;
+  } Cases[] = {
+      {TFixAction::RemoveValue, u"HKEY_CURRENT_USER\\A", u"N/A"}, // the whole key
+      {TFixAction::RemoveValue, u"HKEY_CURRENT_USER\\A", u"\t N/A "},
+      {TFixAction::RemoveValue, u"HKEY_CURRENT_USER", u"w"}, // w of the key that is open
+      {TFixAction::RemoveValue, u"HKEY_CURRENT_USER\\", u"w"},
+      {TFixAction::RemoveKey, u"HKEY_CURRENT_USER\\", u"N/A"},
+      {TFixAction::RemoveKey, u"HKEY_OTHER\\A", u"N/A"}, // A of the root before
+      {TFixAction::RemoveValue, u"HKEY_CURRENT_USER\\A", u"n/a"},
+      {TFixAction::RemoveKey, u"HKEY_CURRENT_USER\\A", u"N/A"},
+  };
+  for (const auto &C : Cases)
+    Engine.Report(Group, {.Action = C.Action,
+                          .Area = Engine.CurrentArea(),
+                          .KeyPath = std::u16string(C.KeyPath),
+                          .ValueName = std::u16string(C.ValueName),
+                          .Data = {},
+                          .BackupLines = {}});
+  return static_cast<std::int32_t>(std::size(Cases));
+}
+
+TEST(ScanDriver, ListsNothingThatAFixWouldTakeForSomethingElse) {
+  static constexpr TScannerRow Rows[] = {{12, ScanUnfixable}};
+  TTestScan Scan(MemoryRegistry(u""), {}, Rows);
+  EXPECT_EQ(Scan.Scan(AllAreas), 2);
+  const TAreaResult &Area = Scan.Engine->AreaResults()[11];
+  EXPECT_EQ(Area.Found, Area.Listed + Area.Protected);
+  EXPECT_EQ(Scan.Engine->ProtectedItems()[0].Protection.RuleText(),
+            u"Unfixable: its name is the mark of a whole key");
+  EXPECT_EQ(Scan.Engine->ProtectedItems()[5].Protection.RuleText(),
+            u"Unfixable: its key is no key below a root");
+  EXPECT_EQ(Scan.Problems->GetGroup(11)->Get(1)->Action, TFixAction::RemoveKey);
+}
+
+std::int32_t OpenLocked(TScanRegistry &Engine, TStatusLabel &, TProgressBar &, TGroupItems &) {
+  for (const std::u16string_view Path : {u"Locked", u"\\locked\\", u"LOCKED", u"none"})
+    Engine.OpenKey(TRegRoot::CurrentUser, Path);
+  EXPECT_TRUE(Engine.IsUnreadable(u"HKEY_CURRENT_USER\\locked"));
+  EXPECT_FALSE(Engine.IsUnreadable(u"HKEY_CURRENT_USER\\none"));
+  return 0;
+}
+
+TEST(ScanDriver, TellsAKeyThatCannotBeReadOnce) {
+  static constexpr TScannerRow Rows[] = {{2, OpenLocked}, {17, OpenLocked}};
+  auto Registry = MemoryRegistry(u"[HKEY_CURRENT_USER\\Locked]\n");
+  ASSERT_TRUE(Registry->Deny(u"HKEY_CURRENT_USER\\Locked"));
+  TTestScan Scan(std::move(Registry), {}, Rows);
+  for (int Round = 0; Round < 2; ++Round) {
+    Scan.Scan(AllAreas);
+    ASSERT_EQ(Scan.Engine->UnreadableKeys().size(), 1u);
+    EXPECT_EQ(Scan.Engine->UnreadableKeys()[0].KeyPath, u"HKEY_CURRENT_USER\\Locked");
+  }
+}
+
 TEST(ScanDriver, StopsAtTheNextEntryAndKeepsWhatWasFound) {
   TTestScan Scan(MemoryRegistry(u""), {}, Tens);
   Scan.Engine->Stop(); // before a scan: without effect

@@ -53,6 +53,13 @@ protected:
   bool HasKey(std::u16string_view Key) {
     return Platform_.Registry->Open(TRegRoot::CurrentUser, Key).Status == TRegStatus::Ok;
   }
+  static constexpr std::u16string_view Link = u"C:\\Users\\me\\a.lnk";
+  void WriteLink() {
+    CreateFolderPath(*Platform_.Files, u"C:\\Users\\me");
+    TFileContent Content;
+    Content.Bytes = "link";
+    ASSERT_EQ(Platform_.Files->WriteContent(Link, Content), TFileStatus::Ok);
+  }
   static std::vector<TRemoval> Reasons(const TFixReport &Report) {
     std::vector<TRemoval> Out;
     for (const TNotRemoved &Item : Report.NotRemoved)
@@ -127,19 +134,54 @@ TEST_F(FixTest, AStepHitsTheKeyThatIsOpen) {
   EXPECT_TRUE(Has(u"A", u"w"));
 }
 
-TEST_F(FixTest, ADeletedFileIsNoRegistryMatter) {
-  CreateFolderPath(*Platform_.Files, u"C:\\Users\\me");
-  TFileContent Content;
-  Content.Bytes = "link";
-  ASSERT_EQ(Platform_.Files->WriteContent(u"C:\\Users\\me\\a.lnk", Content), TFileStatus::Ok);
-  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"N/A", u"C:\\Users\\me\\a.lnk", TProblemType::ShortcutFile);
+TEST_F(FixTest, AFileIsDeletedOnlyByTheFullPathThatIsAlsoItsKeyPath) {
+  WriteLink();
+  Fix_->Add(Link, u"N/A", Link, TProblemType::ShortcutFile);
   Fix_->Add(u"C:\\Users\\me\\b.lnk", u"N/A", u"C:\\Users\\me\\b.lnk", TProblemType::ShortcutFile);
   const TFixReport Report = Fix_->Run();
-  EXPECT_EQ(Platform_.Files->Look(u"C:\\Users\\me\\a.lnk"), TPathState::Missing);
-  EXPECT_TRUE(HasKey(u"A"));
+  EXPECT_EQ(Platform_.Files->Look(Link), TPathState::Missing);
   EXPECT_EQ(Reasons(Report), std::vector{TRemoval::GoneAlready});
   EXPECT_TRUE(CheckFolder(Backup(Report.BackupName))) << "there was no text to keep";
   EXPECT_EQ(Fix_->Clean.EnumerateBackups().size(), 1u) << "and it can be restored all the same";
+
+  // Other texts do not tell for certain what is to go.
+  WriteLink();
+  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"N/A", Link, TProblemType::ShortcutFile);
+  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"v", Link, TProblemType::ShortcutFile);
+  Fix_->Add(u"a.lnk", u"N/A", u"a.lnk", TProblemType::ShortcutFile);
+  Fix_->Add(u"C:a.lnk", u"N/A", u"C:a.lnk", TProblemType::ShortcutFile);
+  EXPECT_EQ(Reasons(Fix_->Run()), std::vector(4, TRemoval::NotRecorded));
+  EXPECT_EQ(Platform_.Files->Look(Link), TPathState::File);
+  EXPECT_TRUE(Has(u"A", u"v"));
+}
+
+TEST_F(FixTest, ATranslationDoesNotDecideWhatIsDeleted) {
+  // With all captions alike, a value whose data name a file was taken for that file.
+  WriteLink();
+  TTestFix Fix(Platform_, Data(), std::vector<std::u16string>(EnglishLabels.size()));
+  const auto Add = [&](std::u16string_view Key, std::u16string_view Name, TProblemType Type,
+                       TFixAction Action) {
+    TItemInfo &Item = Fix.Add(Key, Name, Link, Type);
+    Item.Type = Type;
+    Item.Action = Action;
+  };
+  Add(u"HKEY_CURRENT_USER\\B", u"v", TProblemType::DeepScan, TFixAction::RemoveValue);
+  Add(u"HKEY_CURRENT_USER\\A", u"v", TProblemType::HelpFiles, TFixAction::RemoveValue);
+  Add(u"HKEY_CURRENT_USER\\A", u"N/A", TProblemType::MruCache, TFixAction::RemoveValue);
+  Add(u"HKEY_CURRENT_USER\\A\\Sub", u"", TProblemType::EmptyKey, TFixAction::RemoveKey);
+  Fix.Clean.FixPause = 1;
+  Clock_->OnPause = [&] { Fix.Clean.FixDeepScan = false; };
+  const TFixReport Report = Fix.Run();
+  EXPECT_EQ(Report.Removed, 3);
+  EXPECT_EQ(Platform_.Files->Look(Link), TPathState::File);
+  EXPECT_FALSE(Has(u"A", u"v"));
+  EXPECT_FALSE(Has(u"A", u"N/A"));
+  EXPECT_TRUE(Has(u"A", u"w")) << "that was no whole key";
+  EXPECT_FALSE(HasKey(u"A\\Sub"));
+  EXPECT_TRUE(Has(u"B", u"v")) << "a problem of the deep scan";
+  ASSERT_TRUE(Fix.Clean.RestoreBackup(Report.BackupName));
+  Fix.Clean.FinishRestore();
+  EXPECT_TRUE(Has(u"A", u"v") && Has(u"A", u"N/A") && HasKey(u"A\\Sub"));
 }
 
 TEST_F(FixTest, LastFixIsWrittenWithSlashesWhateverTheLocale) {
@@ -224,6 +266,19 @@ TEST_F(FixTest, WhatIsNotInTheRecordStays) {
   EXPECT_EQ(Reasons(Report), (std::vector{TRemoval::NotRecorded, TRemoval::NotRecorded}));
   EXPECT_TRUE(Has(u"A", u"v"));
   EXPECT_TRUE(Has(u"B", u"another"));
+}
+
+TEST_F(FixTest, WhatIsIgnoredByNowStays) {
+  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"v");
+  Fix_->Add(u"HKEY_CURRENT_USER\\B", u"N/A");
+  Fix_->Clean.FixPause = 1;
+  Clock_->OnPause = [this] {
+    EXPECT_EQ(Fix_->Clean.IgnoreList.Add(u"HKEY_CURRENT_USER\\A", u"v"), u"");
+  };
+  const TFixReport Report = Fix_->Run();
+  EXPECT_EQ(Reasons(Report), std::vector{TRemoval::Ignored});
+  EXPECT_EQ(Report.Removed, 1);
+  EXPECT_TRUE(Has(u"A", u"v"));
 }
 
 TEST_F(FixTest, WhatCanNotBeReadIsLeftAlone) {

@@ -104,9 +104,9 @@ private:
 // A fix and what belongs to it.
 class TTestFix {
 public:
-  TTestFix(TPlatform &Platform, const std::u16string &DataFolder)
-      : Problems(*Platform.Messages),
-        Engine(Platform, Problems, {}, {}, {EnglishLabels.begin(), EnglishLabels.end()}),
+  TTestFix(TPlatform &Platform, const std::u16string &DataFolder,
+           std::vector<std::u16string> Captions = {EnglishLabels.begin(), EnglishLabels.end()})
+      : Problems(*Platform.Messages), Engine(Platform, Problems, {}, {}, std::move(Captions)),
         Clean(Platform, DataPathsIn(DataFolder)) {
     Clean.FixPause = 0;
   }
@@ -117,7 +117,7 @@ public:
     if (!Group)
       Group = Problems.AddGroup(u"2");
     TItemInfo &Item = *Group->Add();
-    Item.TypeName = EnglishLabels[static_cast<std::size_t>(Type)];
+    Item.TypeName = Engine.Caption(Type);
     Item.KeyPath = KeyPath;
     Item.ValueName = ValueName;
     Item.Data = Data;

@@ -28,6 +28,8 @@ TEST_P(DeepScan, ListsEveryDeadPathOfTheMachineAndTheUser) {
 "number"=dword:1
 [HKEY_LOCAL_MACHINE\SYSTEM\App]
 "x"="C:\\gone.exe"
+[HKEY_CURRENT_USER]
+"a root's own value"="C:\\gone.exe"
 [HKEY_CURRENT_USER\Own]
 "dir"=hex(2):43,00,3a,00,5c,00,67,00,6f,00,6e,00,65,00,00,00
 "temp"="%TEMP%\\mine.tmp"

@@ -249,6 +249,11 @@ TEST(ShippedLanguages, AreComplete) {
         EXPECT_EQ(Shown, Text.English) << ToUtf8(Text.Key);
       }
     }
+    // A record that was made of texts alone is told by its type's text.
+    std::set<std::u16string> Types;
+    for (std::size_t Type = 0; Type < EnglishLabels.size(); ++Type)
+      Types.insert(Language.TextOr(ProblemTypeKey(static_cast<TProblemType>(Type)), u""));
+    EXPECT_EQ(Types.size(), EnglishLabels.size()) << "two types of problems have one text";
   }
 }
 
