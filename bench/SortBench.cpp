@@ -32,7 +32,8 @@ void FillProblems(TListViewManage &Problems) {
     Item.ImageIndex = ToDecimal(static_cast<unsigned>(Area.Number));
   }
   Problems.BuildView(u"");
-  GradeRisks(Problems, {}, [](std::u16string_view) { return false; });
+  GradeRisks(
+      Problems, {}, [](std::u16string_view) { return false; }, [] { return true; });
 }
 
 const std::u16string &TextOf(const TItemInfo &Item, TProblemColumn Column) {

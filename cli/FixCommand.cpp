@@ -59,6 +59,8 @@ TExitCode TFixCommand::Run() {
     Complain(Console_, "stopped; nothing was changed");
     return TExitCode::Interrupted;
   }
+  if (!Run_.Engine.UnreadSettings().empty())
+    throw TFailure(TExitCode::Failed, "nothing was changed");
   Select();
   if (Run_.Problems.CheckedCount() == 0)
     return Done();

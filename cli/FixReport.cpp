@@ -22,6 +22,8 @@ constexpr TReason Reasons[] = {
     {TRemoval::NotRecorded, "left alone, it could not be recorded or was changed meanwhile: ",
      "not recorded or changed meanwhile"},
     {TRemoval::Ignored, "left alone, it is on the ignore list by now: ", "ignored by now"},
+    {TRemoval::ListUnread,
+     "left alone, the ignore list could not be read any more: ", "ignore list not read"},
 };
 
 std::string Numbers(const TFixReport &Report) {

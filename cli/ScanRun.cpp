@@ -3,9 +3,9 @@
 #include <memory>
 #include <utility>
 
+#include "cli/Failure.h"
 #include "cli/Output.h"
 #include "cli/Progress.h"
-#include "engine/RiskGrading.h"
 #include "platform/Text.h"
 #include "repair/Settings.h"
 
@@ -51,11 +51,10 @@ void TScanRun::Scan(std::u16string_view AreaFlags) {
   };
   TProgressLine Progress(Console_, Caption, ShowsProgress());
   Engine.StartScan(0, AreaFlags, Progress, u"", Progress);
+  Problems.BuildView(u"");
+  Engine.GradeProblems({}, Progress);
   Progress.Wipe();
   WasInterrupted = Console_.WasInterrupted();
-
-  Problems.BuildView(u"");
-  GradeRisks(Problems, {}, [&](std::u16string_view KeyPath) { return Engine.IsIgnored(KeyPath); });
   AnyFailed = TellFailures();
 }
 
@@ -64,7 +63,10 @@ bool TScanRun::TellFailures() const {
     Complain(Console_, "could not read " + ToUtf8(Key.KeyPath) + ": " +
                            (Key.Status == TRegStatus::Denied ? "access denied"
                                                              : "the registry gave no answer"));
-  bool Any = false;
+  for (const TError &Failure : Engine.UnreadSettings())
+    Complain(Console_, WordsOf(Failure) + "; nothing is selected, because what it protects may be "
+                                          "among the problems");
+  bool Any = !Engine.UnreadSettings().empty();
   for (const TArea &Area : Areas) {
     const TAreaResult &Result = Engine.AreaResults()[AreaIndex(Area.Number)];
     if (Result.Failure.empty())

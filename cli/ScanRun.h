@@ -34,7 +34,7 @@ public:
   TScanRegistry Engine;
 
   bool WasInterrupted = false; // the scan was
-  bool AnyFailed = false;      // an area was broken off
+  bool AnyFailed = false;      // an area was broken off, or settings could not be read
 
 private:
   bool TellFailures() const;

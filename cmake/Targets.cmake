@@ -161,7 +161,7 @@ function(hivesweep_test name)
     return()
   endif()
   if(NOT _TIMEOUT)
-    set(_TIMEOUT 120)
+    set(_TIMEOUT 300) # half a minute at most, but for a busy machine
   endif()
   add_executable(${name} ${_SOURCES})
   _hivesweep_target(${name} PRIVATE ${_USES} hivesweep_gtest)

@@ -20,6 +20,13 @@ TStringList Copy(std::span<const std::u16string_view> Entries) {
   return {Entries.begin(), Entries.end()};
 }
 
+TStringList LinesOf(const TIniSection &Section) {
+  TStringList Lines;
+  for (const TIniSection::TLine &Line : Section.Lines())
+    Lines.push_back(Line.Text ? Line.Name + u"=" + *Line.Text : Line.Name);
+  return Lines;
+}
+
 TStringList MakeAnyFieldWords(bool IsWow64) {
   TStringList Words = Copy(BuiltInAnyFieldWords());
   if (IsWow64)
@@ -66,13 +73,11 @@ std::u16string TProtection::RuleText() const {
   return std::u16string(Name()) + u": " + Entry;
 }
 
-TExclusionFilter::TExclusionFilter(TProfiles &Profiles, std::u16string_view MainIniPath,
-                                   TIgnoreFile &Ignored, bool IsWow64)
-    : ExactPairs(MainIniPath.empty() ? TStringList() : Profiles.Lines(MainIniPath, u"Registry")),
-      AnyFieldWords(MakeAnyFieldWords(IsWow64)), DataWords(Copy(BuiltInDataWords())),
-      KeyFragments(Copy(BuiltInKeyFragments())), KeyPrefixes(Copy(BuiltInKeyPrefixes())),
-      PairIndex_(ExactPairs.begin(), ExactPairs.end()), Matcher_(MakeMatcher(*this)),
-      Ignored_(Ignored) {}
+TExclusionFilter::TExclusionFilter(const TIniSection &Pairs, TIgnoreFile &Ignored, bool IsWow64)
+    : ExactPairs(LinesOf(Pairs)), AnyFieldWords(MakeAnyFieldWords(IsWow64)),
+      DataWords(Copy(BuiltInDataWords())), KeyFragments(Copy(BuiltInKeyFragments())),
+      KeyPrefixes(Copy(BuiltInKeyPrefixes())), PairIndex_(ExactPairs.begin(), ExactPairs.end()),
+      Matcher_(MakeMatcher(*this)), Ignored_(Ignored) {}
 
 std::optional<TProtection> TExclusionFilter::Check(std::u16string_view KeyPath,
                                                    std::u16string_view ValueName,

@@ -43,9 +43,8 @@ using TStringList = std::vector<std::u16string>;
 // letters are folded, other letters and all entries are compared as they stand.
 class TExclusionFilter {
 public:
-  // Pairs are read from the section "Registry" of the settings file.
-  TExclusionFilter(TProfiles &Profiles, std::u16string_view MainIniPath, TIgnoreFile &Ignored,
-                   bool IsWow64);
+  // Pairs: the lines of the section "Registry" of the settings file.
+  TExclusionFilter(const TIniSection &Pairs, TIgnoreFile &Ignored, bool IsWow64);
 
   // What protects the entry; nothing when it may be listed.
   std::optional<TProtection> Check(std::u16string_view KeyPath, std::u16string_view ValueName,

@@ -9,10 +9,15 @@ bool TIgnoreFile::Contains(std::u16string_view KeyPath) {
   // next time.
   const std::optional<TFileStamp> Stamp = Profiles_.Stamp(Path_);
   if (!Stamp || Stamp != Stamp_) {
-    Keys_.clear();
-    for (std::u16string &Name : Profiles_.KeyNames(Path_, u"Registry"))
-      Keys_.insert(std::move(Name));
-    Stamp_ = Stamp;
+    TIniSection Section;
+    Failure_ = Profiles_.ReadSection(Path_, u"Registry", Section);
+    Stamp_ = Failure_ ? std::nullopt : Stamp;
+    if (!Failure_) {
+      Keys_.clear();
+      for (const TIniSection::TLine &Line : Section.Lines())
+        if (Line.Text)
+          Keys_.insert(Line.Name);
+    }
   }
   return Keys_.contains(std::u16string(KeyPath));
 }

@@ -114,6 +114,10 @@ public:
   void DropFromView(const TItemInfo *Item);
   void CheckAll(bool Checked);
 
+  // Another number once a group, a problem or the view has been changed: records that were
+  // borrowed may be gone.
+  std::uint32_t Version() const { return Changes_; }
+
   // Turns the one direction flag round, whatever the column, and sorts the view;
   // the first sort is ascending. Only ASCII letters compare without regard to
   // case. A column that does not sort only turns the flag.

@@ -12,10 +12,19 @@ TRisk RiskOf(const TItemInfo &Item) {
 }
 
 std::int32_t GradeRisks(TListViewManage &Problems, const TRiskTexts &Texts,
-                        const std::function<bool(std::u16string_view KeyPath)> &IsIgnored) {
+                        const std::function<bool(std::u16string_view KeyPath)> &IsIgnored,
+                        const std::function<bool()> &GoesOn) {
   std::int32_t Selected = 0;
-  for (TItemInfo *Item : Problems.ViewItems()) {
-    if (IsIgnored(Item->KeyPath))
+  bool IsStopped = false;
+  const std::uint32_t Version = Problems.Version();
+  for (std::size_t Row = 0; Row < Problems.ViewItems().size(); ++Row) {
+    IsStopped = IsStopped || !GoesOn();
+    if (Problems.Version() != Version)
+      return Selected;
+    TItemInfo *const Item = Problems.ViewItems()[Row];
+    if (IsStopped)
+      Item->Checked = false;
+    else if (IsIgnored(Item->KeyPath))
       continue;
     switch (RiskOf(*Item)) {
     case TRisk::High:

@@ -100,8 +100,8 @@ std::int32_t TScanRegistry::RunScan(TWindowHandle Window, std::u16string_view Ar
     MakeBackupFolders();
   WinDir = Platform_.Folders->Windows();
   Disk_.Forget();
-  Filter_ = std::make_unique<TExclusionFilter>(*Platform_.Profiles, Settings_.MainIni, IgnoreFile_,
-                                               IsWow64);
+  UnreadSettings_.clear();
+  Filter_ = std::make_unique<TExclusionFilter>(ReadSettings(u"Registry"), IgnoreFile_, IsWow64);
   const std::array<bool, AreaCount> Enabled = ReadAreaFlags(AreaFlags);
 
   ProgressBar.SetPosition(0);
@@ -141,12 +141,21 @@ void TScanRegistry::MakeBackupFolders() {
   }
 }
 
+TIniSection TScanRegistry::ReadSettings(std::u16string_view Section) {
+  TIniSection Out;
+  if (!Settings_.MainIni.empty())
+    NoteUnread(Platform_.Profiles->ReadSection(Settings_.MainIni, Section, Out));
+  return Out;
+}
+
+void TScanRegistry::NoteUnread(const TError &Failure) {
+  if (Failure && std::ranges::find(UnreadSettings_, Failure) == UnreadSettings_.end())
+    UnreadSettings_.push_back(Failure);
+}
+
 std::array<bool, AreaCount> TScanRegistry::ReadAreaFlags(std::u16string_view AreaFlags) {
-  const auto Read = [this](std::u16string_view Key) {
-    return Settings_.MainIni.empty()
-               ? std::u16string(u"1")
-               : Platform_.Profiles->ReadString(Settings_.MainIni, u"RegistryOpt", Key, u"1");
-  };
+  const TIniSection Options = ReadSettings(u"RegistryOpt");
+  const auto Read = [&](std::u16string_view Key) { return Options.TextOr(Key, u"1"); };
   std::array<bool, AreaCount> Enabled{};
   for (const TArea &Area : Areas) {
     const std::size_t Index = AreaIndex(Area.Number);
@@ -234,9 +243,37 @@ std::int32_t TScanRegistry::RunArea(const TArea &Area, TStatusLabel &StatusLabel
 bool TScanRegistry::IsAllowed(std::u16string_view KeyPath, std::u16string_view ValueName,
                               std::u16string_view Data) {
   std::optional<TProtection> Protection = Filter_->Check(KeyPath, ValueName, Data);
+  NoteUnread(IgnoreFile_.Failure());
   if (Protection)
     HoldBack(KeyPath, ValueName, Data, std::move(*Protection));
   return !Protection;
+}
+
+bool TScanRegistry::IsIgnored(std::u16string_view KeyPath) {
+  const bool Ignored = IgnoreFile_.Contains(KeyPath);
+  NoteUnread(IgnoreFile_.Failure());
+  return Ignored;
+}
+
+std::int32_t TScanRegistry::GradeProblems(const TRiskTexts &Texts, TProgressBar &ProgressBar) {
+  const std::uint32_t Before = Stops_;
+  const bool MovesBar = !Stopped; // that of a stopped scan shows where it was
+  if (MovesBar) {
+    ProgressBar.SetPosition(0);
+    ProgressBar.SetMax(std::max(Problems_.ViewCount(), 1));
+  }
+  const std::int32_t Selected = GradeRisks(
+      Problems_, Texts, [this](std::u16string_view KeyPath) { return IsIgnored(KeyPath); },
+      [&] {
+        Pump();
+        if (MovesBar)
+          ProgressBar.Advance();
+        return Stops_ == Before;
+      });
+  if (UnreadSettings_.empty())
+    return Selected;
+  Problems_.CheckAll(false);
+  return 0;
 }
 
 void TScanRegistry::HoldBack(std::u16string_view KeyPath, std::u16string_view ValueName,

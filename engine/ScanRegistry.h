@@ -17,6 +17,7 @@
 #include "engine/IgnoreFile.h"
 #include "engine/Labels.h"
 #include "engine/ProblemList.h"
+#include "engine/RiskGrading.h"
 #include "engine/ScanDisk.h"
 #include "engine/ScanView.h"
 #include "platform/Platform.h"
@@ -119,12 +120,20 @@ public:
   std::int32_t CountFileTypes();
 
   // The scan leaves each scanner at its next entry. Before a scan it has no effect.
-  void Stop() { Stopped = true; }
+  void Stop() {
+    Stopped = true;
+    ++Stops_;
+  }
 
   // The problem may be listed. Only while a scan runs.
   bool IsAllowed(std::u16string_view KeyPath, std::u16string_view ValueName,
                  std::u16string_view Data);
-  bool IsIgnored(std::u16string_view KeyPath) { return IgnoreFile_.Contains(KeyPath); }
+  bool IsIgnored(std::u16string_view KeyPath);
+
+  // Grades the problems of the view (see GradeRisks), while messages are handled and the
+  // bar moves, and answers how many are selected. After a Stop the rest is not selected.
+  // Nothing is selected when the scan did without settings that could not be read.
+  std::int32_t GradeProblems(const TRiskTexts &Texts, TProgressBar &ProgressBar);
 
   // ---- what scanners use --------------------------------------------------------
   // Lists the finding in the group, with its backup lines, unless the filter holds
@@ -158,6 +167,10 @@ public:
   const std::vector<TProtectedItem> &ProtectedItems() const { return ProtectedItems_; }
   const std::vector<TUnreadableKey> &UnreadableKeys() const { return UnreadableKeys_; }
 
+  // Why the settings file (its exact pairs) or the ignore list could not be read, once for
+  // each. What the user wants to be left alone may then be among the problems.
+  const std::vector<TError> &UnreadSettings() const { return UnreadSettings_; }
+
   bool Ready = true; // no scan runs
   TWindowHandle NotifyWindow = 0;
   const std::vector<std::u16string> Labels;
@@ -181,6 +194,8 @@ public:
   bool MakesFolders = true; // a scan does; off for one that must not change anything
 
 private:
+  TIniSection ReadSettings(std::u16string_view Section);
+  void NoteUnread(const TError &Failure);
   std::array<bool, AreaCount> ReadAreaFlags(std::u16string_view AreaFlags);
   std::int32_t EstimateWork();
   TRegCounts CountEntries(TRegRoot Root, std::u16string_view Path);
@@ -200,7 +215,9 @@ private:
   std::vector<TProtectedItem> ProtectedItems_;
   std::vector<TUnreadableKey> UnreadableKeys_;
   std::set<std::u16string, TNameLess> UnreadablePaths_; // of these keys
-  int CurrentArea_ = 0;                                 // the one that runs; 0: none
+  std::vector<TError> UnreadSettings_;
+  std::uint32_t Stops_ = 0; // calls of Stop
+  int CurrentArea_ = 0;     // the one that runs; 0: none
 };
 
 } // namespace hivesweep

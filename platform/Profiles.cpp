@@ -1,30 +1,44 @@
 #include "platform/Profiles.h"
 
+#include <utility>
+
 #include "platform/Text.h"
 
 namespace hivesweep {
 
-bool IsIniText(std::u16string_view Text) {
-  return Text.find_first_of(std::u16string_view(u"\r\n\0", 3)) == std::u16string_view::npos;
+namespace {
+
+std::u16string_view WithoutQuotes(std::u16string_view Text) {
+  if (Text.size() >= 2 && Text.front() == Text.back() &&
+      (Text.front() == u'"' || Text.front() == u'\''))
+    return Text.substr(1, Text.size() - 2);
+  return Text;
 }
 
-int ReadInteger(TProfiles &Profiles, std::u16string_view Path, std::u16string_view Section,
-                std::u16string_view Key, int Default) {
-  const std::u16string Stored = Profiles.ReadString(Path, Section, Key, u"");
-  std::u16string_view Digits = Trim(Stored);
-  const bool Negative = Digits.starts_with(u'-');
-  if (Negative)
-    Digits.remove_prefix(1);
-  // Nine digits always fit; no switch and no count of fixed problems has more.
-  if (Digits.empty() || Digits.size() > 9)
-    return Default;
-  int Number = 0;
-  for (const char16_t Digit : Digits) {
-    if (Digit < u'0' || Digit > u'9')
-      return Default;
-    Number = Number * 10 + (Digit - u'0');
-  }
-  return Negative ? -Number : Number;
+} // namespace
+
+void TIniSection::Add(TLine Line) {
+  if (Line.Text)
+    Keys_.try_emplace(UpperCase(Line.Name), Lines_.size());
+  Lines_.push_back(std::move(Line));
+}
+
+std::optional<std::u16string_view> TIniSection::Find(std::u16string_view Key) const {
+  const auto Found = Keys_.find(UpperCase(Trim(Key)));
+  if (Found == Keys_.end())
+    return std::nullopt;
+  return WithoutQuotes(*Lines_[Found->second].Text);
+}
+
+std::u16string TIniSection::TextOr(std::u16string_view Key, std::u16string_view Default) const {
+  return std::u16string(Find(Key).value_or(Default));
+}
+
+std::u16string TProfiles::ReadString(std::u16string_view Path, std::u16string_view Section,
+                                     std::u16string_view Key, std::u16string_view Default) {
+  TIniSection Found;
+  ReadSection(Path, Section, Found);
+  return Found.TextOr(Key, Default);
 }
 
 } // namespace hivesweep

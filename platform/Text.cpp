@@ -1,6 +1,7 @@
 #include "platform/Text.h"
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
 
 #include "platform/UpperCaseTable.h"
@@ -183,6 +184,31 @@ bool Contains(std::u16string_view Text, char16_t Unit) {
 std::u16string ToDecimal(std::uint64_t Number) {
   const std::string Digits = std::to_string(Number);
   return {Digits.begin(), Digits.end()};
+}
+
+std::u16string ToSignedDecimal(std::int64_t Number) {
+  const std::string Digits = std::to_string(Number);
+  return {Digits.begin(), Digits.end()};
+}
+
+std::optional<std::int64_t> WholeNumber(std::u16string_view Text) {
+  Text = Trim(Text);
+  const bool IsNegative = Text.starts_with(u'-');
+  if (IsNegative)
+    Text.remove_prefix(1);
+  if (Text.empty())
+    return std::nullopt;
+  constexpr std::int64_t Least = std::numeric_limits<std::int64_t>::min();
+  std::int64_t Number = 0; // below 0: there is one number more
+  for (const char16_t Digit : Text) {
+    if (Digit < u'0' || Digit > u'9')
+      return std::nullopt;
+    const std::int64_t Value = Digit - u'0';
+    Number = Number < (Least + Value) / 10 ? Least : Number * 10 - Value;
+  }
+  if (IsNegative)
+    return Number;
+  return Number == Least ? std::numeric_limits<std::int64_t>::max() : -Number;
 }
 
 std::string ToUtf8(std::u16string_view Text) {

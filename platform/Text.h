@@ -59,6 +59,11 @@ void RemoveAll(std::u16string &Text, std::u16string_view Needle);
 bool Contains(std::u16string_view Text, char16_t Unit);
 
 std::u16string ToDecimal(std::uint64_t Number);
+std::u16string ToSignedDecimal(std::int64_t Number);
+
+// The text, but for blanks at its ends, as a decimal number; nothing when it is none. One
+// that is too large for the type becomes the largest or smallest of it.
+std::optional<std::int64_t> WholeNumber(std::u16string_view Text);
 
 // ---- other encodings --------------------------------------------------------------
 

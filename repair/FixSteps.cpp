@@ -34,9 +34,11 @@ public:
     }
   }
 
-  void TakeBackupLines(std::span<const std::u16string> Lines) {
+  void TakeBackupLines(std::span<const std::u16string> Lines, const TGoesOn &GoesOn) {
     std::vector<TKeyPlace> Places;
     for (const std::u16string &Line : Lines) {
+      if (!GoesOn())
+        return;
       if (const auto Key = KeyOfLine(Line)) {
         Places = StoredPlaces(Key->Root, Key->Path);
         for (const TKeyPlace &Place : Places)
@@ -163,23 +165,29 @@ TKeyPlace TFixCursor::Aim(const TFixStep &Step) {
 }
 
 void ForEachStep(const TListViewManage &Problems, std::u16string_view ShortcutCaption,
+                 const TGoesOn &GoesOn,
                  const std::function<void(const TItemInfo &, const TFixStep &)> &Take) {
   for (std::int32_t Index = 0; Index < Problems.GroupCount(); ++Index) {
-    const TGroupItems &Group = *Problems.GetGroup(Index);
-    for (std::int32_t Row = Group.Count() - 1; Row >= 0; --Row)
-      if (const TItemInfo &Item = *Group.Get(Row); Item.Checked)
-        if (const std::optional<TFixStep> Step = StepOf(Item, ShortcutCaption))
-          Take(Item, *Step);
+    for (std::int32_t Row = Problems.GetGroup(Index)->Count() - 1; Row >= 0; --Row) {
+      if (!GoesOn())
+        return;
+      const TGroupItems *const Group = Problems.GetGroup(Index);
+      const TItemInfo *const Item = Group ? Group->Get(Row) : nullptr;
+      if (!Item)
+        break; // a handler of messages has removed it
+      if (const auto Step = Item->Checked ? StepOf(*Item, ShortcutCaption) : std::nullopt)
+        Take(*Item, *Step);
+    }
   }
 }
 
 TUndoRecord RecordFix(TPlatform &Platform, const TListViewManage &Problems,
                       std::u16string_view ShortcutCaption,
-                      std::span<const std::u16string> BackupLines) {
+                      std::span<const std::u16string> BackupLines, const TGoesOn &GoesOn) {
   TScope Scope = ScopeOfBackup(BackupLines);
   TUndoRecord Record;
   TFixCursor Cursor;
-  ForEachStep(Problems, ShortcutCaption, [&](const TItemInfo &Item, const TFixStep &Step) {
+  ForEachStep(Problems, ShortcutCaption, GoesOn, [&](const TItemInfo &Item, const TFixStep &Step) {
     ++Record.Changes;
     if (Step.Action == TFixAction::RemoveFile) {
       Scope.Files.insert(Item.Data);
@@ -193,11 +201,11 @@ TUndoRecord RecordFix(TPlatform &Platform, const TListViewManage &Problems,
       Cursor.Opened(std::move(Place));
   });
   Record.ViewBits = ThisView();
-  Record.Before = TakeSnapshot(Platform, Scope);
+  Record.Before = TakeSnapshot(Platform, Scope, TSpelling::AsStored, GoesOn);
   TFixMarking Marking(Record);
-  ForEachStep(Problems, ShortcutCaption,
+  ForEachStep(Problems, ShortcutCaption, GoesOn,
               [&](const TItemInfo &Item, const TFixStep &Step) { Marking.Take(Item, Step); });
-  Marking.TakeBackupLines(BackupLines);
+  Marking.TakeBackupLines(BackupLines, GoesOn);
   return Record;
 }
 

@@ -47,13 +47,17 @@ private:
 };
 
 // Tells the steps of a fix in its order: groups as they stand, in each the problems from
-// the last to the first. Those that have no step are passed over.
+// the last to the first. Those that have no step are passed over. GoesOn is asked before
+// each; false ends it.
 void ForEachStep(const TListViewManage &Problems, std::u16string_view ShortcutCaption,
+                 const TGoesOn &GoesOn,
                  const std::function<void(const TItemInfo &, const TFixStep &)> &Take);
 
-// Reads all that the steps, and the lines of the backup, name, and marks what goes.
+// Reads all that the steps, and the lines of the backup, name, and marks what goes. GoesOn is
+// asked again and again, and may handle messages: once it answers false the record is of
+// no use.
 TUndoRecord RecordFix(TPlatform &Platform, const TListViewManage &Problems,
                       std::u16string_view ShortcutCaption,
-                      std::span<const std::u16string> BackupLines);
+                      std::span<const std::u16string> BackupLines, const TGoesOn &GoesOn);
 
 } // namespace hivesweep

@@ -1,7 +1,9 @@
 #include "repair/IgnoreList.h"
 
 #include <algorithm>
-#include <unordered_set>
+#include <optional>
+#include <set>
+#include <utility>
 
 #include "platform/Text.h"
 
@@ -28,18 +30,18 @@ TError TIgnoreList::Add(std::u16string_view KeyPath, std::u16string_view ValueNa
   TStorage &Storage = *Platform_.Storage;
   if (!FitsIntoIni(KeyPath))
     return {TErrorCode::KeyUnfitForList, Path_};
-  std::vector<std::u16string> Wanted = Profiles.Lines(Path_, Section);
-  std::erase_if(Wanted, [&](std::u16string_view Line) {
-    return EqualNoCase(Line.substr(0, Line.find(u'=')), KeyPath);
-  });
+  TIniSection Wanted;
+  if (TError Unread = Profiles.ReadSection(Path_, Section, Wanted))
+    return Unread;
   std::string Before;
   const bool WasThere = !Storage.Read(Path_, Before);
 
   Storage.MakeWritable(Path_);
-  if (!Profiles.WriteString(Path_, Section, KeyPath, ValueName))
-    return {TErrorCode::Unwritable, Path_};
+  const TIniChange Change = {KeyPath, ValueName};
+  if (TError Unwritten = Profiles.WriteSection(Path_, Section, {&Change, 1}))
+    return Unwritten;
   // Whatever the file's encoding or the system's limits made of it shows only here.
-  if (Contains(KeyPath) && HoldsAll(Wanted))
+  if (Contains(KeyPath) && HoldsAll(Wanted, KeyPath))
     return {};
   TError Out{TErrorCode::KeyLostInList, Path_};
   if (TError Error = WasThere ? Storage.Write(Path_, Before) : Storage.Remove(Path_))
@@ -49,25 +51,33 @@ TError TIgnoreList::Add(std::u16string_view KeyPath, std::u16string_view ValueNa
 
 TError TIgnoreList::Remove(std::u16string_view KeyPath) {
   Platform_.Storage->MakeWritable(Path_);
-  if (!Platform_.Profiles->WriteString(Path_, Section, KeyPath, std::nullopt) || Contains(KeyPath))
-    return {TErrorCode::Unwritable, Path_};
-  return {};
+  const TIniChange Change = {KeyPath, std::nullopt};
+  if (TError Unwritten = Platform_.Profiles->WriteSection(Path_, Section, {&Change, 1}))
+    return Unwritten;
+  return Contains(KeyPath) ? TError{TErrorCode::Unwritable, Path_} : TError();
 }
 
 void TIgnoreList::Fill(TListRows &Rows) const {
-  TProfiles &Profiles = *Platform_.Profiles;
+  TIniSection Ignored;
+  Platform_.Profiles->ReadSection(Path_, Section, Ignored);
   Rows.Clear();
-  for (const std::u16string &KeyPath : Profiles.KeyNames(Path_, Section)) {
-    const std::u16string ValueName = Profiles.ReadString(Path_, Section, KeyPath, u"");
-    Rows.Add(KeyPath, {&ValueName, 1});
-  }
+  for (const TIniSection::TLine &Line : Ignored.Lines())
+    if (Line.Text) {
+      const std::u16string ValueName = Ignored.TextOr(Line.Name, u"");
+      Rows.Add(Line.Name, {&ValueName, 1});
+    }
 }
 
-bool TIgnoreList::HoldsAll(const std::vector<std::u16string> &Lines) const {
-  const std::vector<std::u16string> Now = Platform_.Profiles->Lines(Path_, Section);
-  const std::unordered_set<std::u16string_view> Known(Now.begin(), Now.end());
-  return std::ranges::all_of(Lines,
-                             [&](const std::u16string &Line) { return Known.contains(Line); });
+// All the lines are there but those of one key.
+bool TIgnoreList::HoldsAll(const TIniSection &Wanted, std::u16string_view LeftOut) const {
+  TIniSection Now;
+  Platform_.Profiles->ReadSection(Path_, Section, Now);
+  std::set<std::pair<std::u16string_view, std::optional<std::u16string_view>>> Known;
+  for (const TIniSection::TLine &Line : Now.Lines())
+    Known.emplace(Line.Name, Line.Text);
+  return std::ranges::all_of(Wanted.Lines(), [&](const TIniSection::TLine &Line) {
+    return EqualNoCase(Line.Name, LeftOut) || Known.contains({Line.Name, Line.Text});
+  });
 }
 
 } // namespace hivesweep

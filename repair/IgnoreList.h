@@ -26,11 +26,14 @@ public:
   // The file names exactly this key, letter case included.
   bool Contains(std::u16string_view KeyPath) { return File_.Contains(KeyPath); }
 
+  // Why the last Contains could not read the file; empty when it could.
+  const TError &Failure() const { return File_.Failure(); }
+
   // One row for each key: its path, and the name of the value.
   void Fill(TListRows &Rows) const;
 
 private:
-  bool HoldsAll(const std::vector<std::u16string> &Lines) const;
+  bool HoldsAll(const TIniSection &Wanted, std::u16string_view LeftOut) const;
 
   TPlatform &Platform_;
   const std::u16string Path_;

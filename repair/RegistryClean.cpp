@@ -107,11 +107,10 @@ bool TRegistryClean::SaveAreaSwitches(const TAreaList &List) {
 
 void TRegistryClean::LoadSummary(TStatusLabel &LastScan, TStatusLabel &LastClean,
                                  TStatusLabel &Total, std::u16string_view NoneText) const {
-  LastScan.SetText(Settings_.LastScan(NoneText));
-  LastClean.SetText(Settings_.LastClean(NoneText));
-  const std::int32_t Fixed = Settings_.Total();
-  Total.SetText(Fixed < 0 ? u"-" + ToDecimal(static_cast<std::uint64_t>(-std::int64_t{Fixed}))
-                          : ToDecimal(static_cast<std::uint64_t>(Fixed)));
+  const TSummary Summary = Settings_.Summary(NoneText);
+  LastScan.SetText(Summary.LastScan);
+  LastClean.SetText(Summary.LastClean);
+  Total.SetText(ToSignedDecimal(Summary.Total));
 }
 
 } // namespace hivesweep

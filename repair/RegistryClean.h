@@ -45,6 +45,8 @@ enum class TRemoval {
   NotRecorded,
   // It has come onto the ignore list since the scan: it was left alone.
   Ignored,
+  // The ignore list could not be read when it was to be asked: it was left alone.
+  ListUnread,
 };
 
 struct TNotRemoved {
@@ -124,7 +126,7 @@ public:
                    std::u16string_view NoneText) const;
 
   // After a scan or, with the number of problems fixed, after a fix. False when it could
-  // not be written.
+  // not be written, or when the total is no number to add to.
   bool RecordStatistics(std::int32_t Count, bool IsScan) {
     return Settings_.RecordStatistics(Count, IsScan);
   }

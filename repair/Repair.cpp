@@ -92,8 +92,19 @@ bool TRegistryClean::RecordBeforeFix(TFixRun &Run) {
   const std::vector<std::u16string> &Lines = Run.Engine.BackupText;
   if (Lines.empty() && Run.Problems.CheckedCount() == 0)
     return true;
-  Run.Record =
-      RecordFix(Platform_, Run.Problems, Run.Engine.Caption(TProblemType::ShortcutFile), Lines);
+  // Every problem is looked at twice, before it is read and after that; so is every line.
+  Run.ProgressBar.SetPosition(0);
+  Run.ProgressBar.SetMax(std::max(3 * Run.Problems.CheckedCount(), 1));
+  const auto GoesOn = [&] {
+    Platform_.Messages->Pump();
+    if (Run.ProgressBar.Position() < Run.ProgressBar.Max())
+      Run.ProgressBar.Advance();
+    return !FixStopped_;
+  };
+  Run.Record = RecordFix(Platform_, Run.Problems, Run.Engine.Caption(TProblemType::ShortcutFile),
+                         Lines, GoesOn);
+  if (FixStopped_)
+    return true; // nothing has been kept yet
   TStorage &Storage = *Platform_.Storage;
   const std::u16string &Folder = Paths.BackupFolderPath;
   TError Error = Storage.CreateFolder(Folder);
@@ -174,7 +185,10 @@ void TRegistryClean::RemoveCheckedProblems(TFixRun &Run, std::vector<std::u16str
 }
 
 TRemoval TRegistryClean::Remove(TFixRun &Run, const TItemInfo &Item) {
-  if (IgnoreList.Contains(Item.KeyPath))
+  const bool IsIgnored = IgnoreList.Contains(Item.KeyPath);
+  if (IgnoreList.Failure())
+    return TRemoval::ListUnread;
+  if (IsIgnored)
     return TRemoval::Ignored;
   const TFixGuard Guard(Platform_, Run.Record);
   const std::optional<TFixStep> Known =

@@ -1,6 +1,9 @@
 #include "repair/Settings.h"
 
+#include <algorithm>
 #include <limits>
+#include <optional>
+#include <vector>
 
 #include "platform/Text.h"
 #include "repair/BackupText.h"
@@ -15,6 +18,8 @@ constexpr std::u16string_view OptionsSection = u"RegistryOpt";
 // Spelled so since the first version; a corrected name would lose every user's
 // statistics.
 constexpr std::u16string_view SummarySection = u"Registrysummer";
+
+constexpr std::u16string_view TotalKey = u"total";
 
 // The multi-language area is read under the key "Mui" and has always been written
 // under "MUI". For the system both are one name; a file keeps the spelling that it has.
@@ -32,66 +37,67 @@ std::u16string DateText(TClock &Clock) {
 } // namespace
 
 TAreaSwitches ReadAreaSwitches(TProfiles &Profiles, std::u16string_view MainIniPath) {
+  TIniSection Options;
+  if (!MainIniPath.empty())
+    Profiles.ReadSection(MainIniPath, OptionsSection, Options);
   TAreaSwitches Switches{};
   for (const TArea &Area : Areas) {
-    const int Default = Area.OnByDefault ? 1 : 0;
-    Switches[AreaIndex(Area.Number)] =
-        (MainIniPath.empty()
-             ? Default
-             : ReadInteger(Profiles, MainIniPath, OptionsSection, Area.Switch, Default)) != 0;
+    const std::optional<std::int64_t> Number = WholeNumber(Options.Find(Area.Switch).value_or(u""));
+    Switches[AreaIndex(Area.Number)] = Number ? *Number != 0 : Area.OnByDefault;
   }
   return Switches;
 }
 
-bool TSettings::Write(const std::function<bool(const TWrite &)> &Body) {
+bool TSettings::Write(std::u16string_view Section, std::span<const TIniChange> Changes) {
   if (Path_.empty())
     return false;
-  const TLockGuard Guard(SettingsLock());
   Platform_.Storage->MakeWritable(Path_);
-  return Body([&](std::u16string_view Section, std::u16string_view Key, std::u16string_view Text) {
-    return Platform_.Profiles->WriteString(Path_, Section, Key, Text);
-  });
+  return !Platform_.Profiles->WriteSection(Path_, Section, Changes);
 }
 
 bool TSettings::WriteAreaSwitches(const TAreaSwitches &Switches) {
-  return Write([&](const TWrite &Set) {
-    bool AllWritten = true;
-    for (const TArea &Area : Areas)
-      AllWritten &=
-          Set(OptionsSection, WrittenName(Area), Switches[AreaIndex(Area.Number)] ? u"1" : u"0");
-    return AllWritten;
-  });
+  std::vector<TIniChange> Changes;
+  for (const TArea &Area : Areas)
+    Changes.push_back({WrittenName(Area), Switches[AreaIndex(Area.Number)] ? u"1" : u"0"});
+  const TLockGuard Guard(SettingsLock());
+  return Write(OptionsSection, Changes);
 }
 
 bool TSettings::WriteLastFix() {
-  return Write([&](const TWrite &Set) {
-    return Set(OptionsSection, u"LastFix", DateTimeText(Platform_.Clock->Now()));
-  });
+  const std::u16string Now = DateTimeText(Platform_.Clock->Now());
+  const TIniChange Change = {u"LastFix", Now};
+  const TLockGuard Guard(SettingsLock());
+  return Write(OptionsSection, {&Change, 1});
 }
 
 bool TSettings::RecordStatistics(std::int32_t Count, bool IsScan) {
-  return Write([&](const TWrite &Set) {
-    const std::u16string Today = DateText(*Platform_.Clock);
-    if (IsScan)
-      return Set(SummarySection, u"Lastscan", Today);
-    const std::int64_t Sum = std::int64_t{Total()} + Count;
-    const std::u16string Text = Sum < 0 ? u"-" + ToDecimal(static_cast<std::uint64_t>(-Sum))
-                                        : ToDecimal(static_cast<std::uint64_t>(Sum));
-    const bool TotalWritten = Set(SummarySection, u"total", Text);
-    return Set(SummarySection, u"Lastclean", Today) && TotalWritten;
-  });
+  const std::u16string Today = DateText(*Platform_.Clock);
+  const TLockGuard Guard(SettingsLock());
+  if (IsScan) {
+    const TIniChange Change = {u"Lastscan", Today};
+    return Write(SummarySection, {&Change, 1});
+  }
+  TIniSection Known;
+  if (Path_.empty() || Platform_.Profiles->ReadSection(Path_, SummarySection, Known))
+    return false;
+  const std::u16string_view Stored = Known.Find(TotalKey).value_or(u"");
+  const std::optional<std::int64_t> Total = Stored.empty() ? 0 : WholeNumber(Stored);
+  std::vector<TIniChange> Changes = {{u"Lastclean", Today}};
+  // The largest number stands for all that are larger: there is nothing to add to.
+  constexpr std::int64_t Largest = std::numeric_limits<std::int64_t>::max();
+  const bool Grows = Total && *Total < Largest - std::max(Count, 0);
+  const std::u16string Sum = Grows ? ToSignedDecimal(*Total + Count) : u"";
+  if (Grows)
+    Changes.push_back({TotalKey, Sum});
+  return Write(SummarySection, Changes) && Total.has_value();
 }
 
-std::u16string TSettings::LastScan(std::u16string_view Default) const {
-  return Platform_.Profiles->ReadString(Path_, SummarySection, u"Lastscan", Default);
-}
-
-std::u16string TSettings::LastClean(std::u16string_view Default) const {
-  return Platform_.Profiles->ReadString(Path_, SummarySection, u"Lastclean", Default);
-}
-
-std::int32_t TSettings::Total() const {
-  return ReadInteger(*Platform_.Profiles, Path_, SummarySection, u"total", 0);
+TSummary TSettings::Summary(std::u16string_view NoneText) const {
+  TIniSection Known;
+  if (!Path_.empty())
+    Platform_.Profiles->ReadSection(Path_, SummarySection, Known);
+  return {Known.TextOr(u"Lastscan", NoneText), Known.TextOr(u"Lastclean", NoneText),
+          WholeNumber(Known.Find(TotalKey).value_or(u"")).value_or(0)};
 }
 
 } // namespace hivesweep

@@ -2,7 +2,8 @@
 #pragma once
 
 #include <array>
-#include <functional>
+#include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,13 @@
 namespace hivesweep {
 
 using TAreaSwitches = std::array<bool, AreaCount>; // by area number - 1
+
+// What has been done so far, as the file has it.
+struct TSummary {
+  std::u16string LastScan;
+  std::u16string LastClean;
+  std::int64_t Total = 0; // problems fixed
+};
 
 // The switches as the user has set them: on, but for the deep scan, where the
 // settings file says nothing. Any number but 0 switches an area on.
@@ -30,18 +38,16 @@ public:
   // "07/15/2009 14:30:05": the time of a fix.
   bool WriteLastFix();
 
-  // Count is what a fix has fixed; it is added to the total. A scan's count is not kept.
+  // Count is what a fix has fixed; it is added to the total, which ends at the largest number.
+  // A total that is no number stays as it is, and the answer is false. A scan's count is
+  // not kept.
   bool RecordStatistics(std::int32_t Count, bool IsScan);
 
-  std::u16string LastScan(std::u16string_view Default) const;
-  std::u16string LastClean(std::u16string_view Default) const;
-  std::int32_t Total() const; // fixed in all
+  // NoneText stands for a date that there is not.
+  TSummary Summary(std::u16string_view NoneText) const;
 
 private:
-  using TWrite = std::function<bool(std::u16string_view Section, std::u16string_view Key,
-                                    std::u16string_view Text)>;
-
-  bool Write(const std::function<bool(const TWrite &)> &Body);
+  bool Write(std::u16string_view Section, std::span<const TIniChange> Changes);
 
   TPlatform &Platform_;
   const std::u16string Path_;

@@ -16,8 +16,18 @@ TKeyPlace Below(const TKeyPlace &Parent, std::u16string_view Name) {
 
 class TSnapshotReader {
 public:
-  TSnapshotReader(TPlatform &Platform, TSpelling Spelling, TSnapshot &Out)
-      : Platform_(Platform), Spelling_(Spelling), Roots_(*Platform.Registry), Out_(Out) {}
+  TSnapshotReader(TPlatform &Platform, TSpelling Spelling, const TGoesOn &GoesOn, TSnapshot &Out)
+      : Platform_(Platform), Spelling_(Spelling), GoesOn_(GoesOn), Roots_(*Platform.Registry),
+        Out_(Out) {}
+
+  // Handles messages; false when nothing more is to be read.
+  bool GoesOn() {
+    if (!GoesOn_)
+      Platform_.Messages->Pump();
+    else
+      IsLeft_ = IsLeft_ || !GoesOn_();
+    return !IsLeft_;
+  }
 
   void ReadTree(const TKeyPlace &Place) {
     if (std::unique_ptr<TRegKey> Key = Begin(Place, true))
@@ -108,7 +118,7 @@ private:
   void ReadAll(std::unique_ptr<TRegKey> Top, const TKeyPlace &Place) {
     std::vector<TLevel> Levels;
     Enter(Levels, std::move(Top), Place);
-    while (!Levels.empty()) {
+    while (!Levels.empty() && !IsLeft_) {
       TLevel &Level = Levels.back();
       if (Level.Subkeys.empty()) {
         Levels.pop_back();
@@ -133,7 +143,9 @@ private:
   }
 
   void ReadContent(TRegKey &Key, const TKeyPlace &Place) {
-    Platform_.Messages->Pump();
+    if (!GoesOn())
+      return;
+    constexpr std::size_t ValuesPerLook = 256;
     TSavedKey Saved;
     TRegStatus Status = Key.ReadInfo(Saved.Info);
     if (Status == TRegStatus::Ok)
@@ -145,6 +157,8 @@ private:
                                     TSavedValue{Entry.Data.Type(),
                                                 {Bytes.begin(), Bytes.end()},
                                                 static_cast<std::uint32_t>(Index)});
+      if ((Index + 1) % ValuesPerLook == 0 && !GoesOn())
+        return;
     }
     if (Status == TRegStatus::Ok)
       Out_.Keys.insert_or_assign(Place, std::move(Saved));
@@ -154,6 +168,8 @@ private:
 
   TPlatform &Platform_;
   const TSpelling Spelling_;
+  const TGoesOn &GoesOn_;
+  bool IsLeft_ = false;
   TRoots Roots_;
   TSnapshot &Out_;
   TRegValueList Values_;
@@ -230,16 +246,19 @@ bool TSnapshot::IsUnreadable(const TKeyPlace &Place) const {
   return First != UnreadableKeys.end() && IsAtOrBelow(First->first, Place);
 }
 
-TSnapshot TakeSnapshot(TPlatform &Platform, const TScope &Scope, TSpelling Spelling) {
+TSnapshot TakeSnapshot(TPlatform &Platform, const TScope &Scope, TSpelling Spelling,
+                       const TGoesOn &GoesOn) {
   TSnapshot Out;
-  TSnapshotReader Reader(Platform, Spelling, Out);
+  TSnapshotReader Reader(Platform, Spelling, GoesOn, Out);
   for (const TKeyPlace &Place : Scope.Trees)
-    if (!Out.Scope.IsInTree(Place))
+    if (!Out.Scope.IsInTree(Place) && Reader.GoesOn())
       Reader.ReadTree(Place);
   for (const TKeyPlace &Place : Scope.Keys)
-    Reader.ReadKey(Place);
+    if (Reader.GoesOn())
+      Reader.ReadKey(Place);
   for (const std::u16string &Path : Scope.Files)
-    Reader.ReadFile(Path);
+    if (Reader.GoesOn())
+      Reader.ReadFile(Path);
   return Out;
 }
 

@@ -4,6 +4,7 @@
 
 #include <compare>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <set>
 #include <span>
@@ -94,11 +95,16 @@ struct TSnapshot {
 // takes the list of its parent's keys.
 enum class TSpelling { AsNamed, AsStored };
 
+// Asked again and again by what takes long; it may handle messages. False: leave it.
+using TGoesOn = std::function<bool()>;
+
 // Reads what is in the scope; in trees, links are taken as themselves and not followed.
 // Of a key that is not there the snapshot's scope has its topmost missing ancestor, as
-// a tree: whoever makes the key makes that.
+// a tree: whoever makes the key makes that. GoesOn is asked once for each key, and now and
+// then among many values; without one, messages are handled. Once it answers false, the rest
+// is left out, and the snapshot is of no use.
 TSnapshot TakeSnapshot(TPlatform &Platform, const TScope &Scope,
-                       TSpelling Spelling = TSpelling::AsStored);
+                       TSpelling Spelling = TSpelling::AsStored, const TGoesOn &GoesOn = {});
 
 // One change that could not be made.
 struct TPutFailure {

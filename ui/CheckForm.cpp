@@ -299,9 +299,8 @@ void Tfrm_check::ShowFound() {
   Main_.SetWelcome(Count == 0 ? Bench_.Text(LanguageText(u"LabWelcomeFoundNone"))
                               : ToDecimal(static_cast<std::uint64_t>(Count)) + u" " +
                                     Bench_.Text(LanguageText(u"LabWelcomeFoundError")));
-  Bench_.SelectedCount =
-      GradeRisks(Bench_.Problems, Bench_.RiskTexts(),
-                 [this](std::u16string_view Key) { return Bench_.Engine.IsIgnored(Key); });
+  TBarProgress ProgressBar(Progress_);
+  Bench_.SelectedCount = Bench_.Engine.GradeProblems(Bench_.RiskTexts(), ProgressBar);
   Clean_->RecordStatistics(Count, true);
   Status_.SetText(Bench_.Text(LanguageText(u"Scanfinish")));
   if (!StopWanted_)

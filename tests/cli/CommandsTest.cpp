@@ -257,6 +257,19 @@ TEST(CliFailures, UnreadableKeysAreToldAndDoNotSpoilTheScan) {
   EXPECT_TRUE(Has(Console.Output, "OLD.TTF"));
 }
 
+TEST(CliFailures, AListThatIsHeldIsToldAndNothingIsSelected) {
+  TLiveCli Live;
+  for (const char16_t *Name : {u"Ignore.ini", u"Main.ini"}) {
+    Live.HeldSettings = Name;
+    EXPECT_EQ(Live.Run({"scan"}), 3);
+    EXPECT_TRUE(Has(Live.Cli.Console.Error, "could not be read")) << Live.Cli.Console.Error;
+    EXPECT_TRUE(Has(Live.Cli.Console.Output, "\n4 problems, 0 selected"))
+        << Live.Cli.Console.Output;
+    EXPECT_EQ(Live.Run({"fix", "--risk", "low,medium,high", "--yes"}), 3);
+    EXPECT_EQ(Live.Left(), "FHSK");
+  }
+}
+
 std::int32_t BreakOff(TScanRegistry &, TStatusLabel &, TProgressBar &, TGroupItems &) {
   throw std::runtime_error("the scanner broke");
 }

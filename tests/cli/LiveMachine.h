@@ -79,6 +79,7 @@ public:
   }
 
   TTestCli Cli;
+  std::u16string HeldSettings; // the name of a file that can't be read
 
 private:
   static TMachine Machine() {
@@ -93,6 +94,7 @@ private:
     TPlatform Shared = CutPlatform(Inner_, NoCut_);
     Out.Registry = std::move(Shared.Registry);
     Out.Files = std::move(Shared.Files);
+    TTestProfiles::In(Out).Held = HeldSettings;
     Out.Shell = std::make_unique<TTestEditor>([this](std::u16string_view Parameters) {
       std::string Bytes;
       const std::size_t Start = Parameters.find(u'"') + 1;

@@ -15,7 +15,9 @@ namespace {
 class TFilterTest : public testing::Test {
 protected:
   TExclusionFilter Filter(bool IsWow64 = false) {
-    return {*Platform_.Profiles, Paths_.MainIniPath, Ignored_, IsWow64};
+    TIniSection Pairs;
+    EXPECT_EQ(Platform_.Profiles->ReadSection(Paths_.MainIniPath, u"Registry", Pairs), TError());
+    return {Pairs, Ignored_, IsWow64};
   }
   void Write(const std::u16string &Path, std::string_view Text) {
     ASSERT_EQ(WriteWholeFile(Path, Text), TError());

@@ -180,7 +180,7 @@ TEST_F(TProblemListTest, RiskIsThatOfTheArea) {
   Add(Group, u"key", u"01");
   List.BuildView(u"");
   const auto IsIgnored = [](std::u16string_view Key) { return Key == u"ignored"; };
-  EXPECT_EQ(GradeRisks(List, {}, IsIgnored), 15);
+  EXPECT_EQ(GradeRisks(List, {}, IsIgnored, [] { return true; }), 15);
   std::u16string Risks;
   for (const TItemInfo *Item : List.ViewItems())
     Risks += (Item->RiskText.empty() ? u"?" : Item->RiskText.substr(0, 1)) +

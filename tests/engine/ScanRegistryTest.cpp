@@ -278,6 +278,54 @@ TEST(ScanDriver, MakesTheOldBackupFoldersAndWritesTheResult) {
   EXPECT_EQ(Scan.Problems->FindGroup(u"4")->Get(0)->ImageIndex, u"3");
 }
 
+TEST(ScanDriver, SettingsThatAreHeldForAMomentAreToldAndNothingIsSelected) {
+  const TScratchFolder Folder;
+  const TDataPaths Paths = DataPathsIn(Folder.Path());
+  for (const std::u16string &Path : {Paths.MainIniPath, Paths.IgnoreIniPath})
+    ASSERT_EQ(WriteWholeFile(Path, "[Registry]\r\nHKEY_LOCAL_MACHINE\\Software\\Test=1\r\n"),
+              TError());
+  TTestScan Scan(MemoryRegistry(u""), {}, Tens);
+  TTestProfiles &Profiles = TTestProfiles::In(Scan.Platform);
+  Scan.Engine = std::make_unique<TScanRegistry>(
+      Scan.Platform, *Scan.Problems, TSettingsPaths{Paths.MainIniPath, Paths.IgnoreIniPath}, Tens,
+      std::vector<std::u16string>(EnglishLabels.begin(), EnglishLabels.end()));
+  const auto Selected = [&] {
+    Scan.Problems->BuildView(u"");
+    return Scan.Engine->GradeProblems({}, Scan.Progress);
+  };
+  for (const std::u16string &Path : {Paths.IgnoreIniPath, Paths.MainIniPath}) {
+    Profiles.Held = Path;
+    const bool IsPair = Path == Paths.MainIniPath;
+    EXPECT_EQ(Scan.Scan(TTestScan::Only(2)), IsPair ? 0 : 8);
+    ASSERT_EQ(Scan.Engine->UnreadSettings().size(), 1u);
+    EXPECT_EQ(Selected(), 0);
+    EXPECT_EQ(Scan.Problems->CheckedCount(), 0);
+    // The next scan knows them again.
+    Profiles.Held.clear();
+    EXPECT_EQ(Scan.Scan(TTestScan::Only(2)), 0);
+    EXPECT_TRUE(Scan.Engine->UnreadSettings().empty());
+  }
+}
+
+TEST(ScanDriver, GradesWithMovingBarAndHearsAStopMeanwhile) {
+  TTestScan Scan(MemoryRegistry(u""), {}, Tens);
+  EXPECT_EQ(Scan.Scan(AllAreas), 36);
+  Scan.Problems->BuildView(u"");
+  int Graded = 0;
+  Scan.Messages->OnPump = [&] {
+    if (++Graded == 30)
+      Scan.Engine->Stop();
+  };
+  EXPECT_EQ(Scan.Engine->GradeProblems({}, Scan.Progress), 20) << "nine of the 29 are high";
+  EXPECT_EQ(Scan.Problems->CheckedCount(), 20) << "the rest is not selected";
+  EXPECT_EQ(Scan.Problems->ViewItems().back()->RiskText, u"Low-Risk") << "but graded";
+  EXPECT_EQ(Scan.Progress.Position(), 30);
+  EXPECT_EQ(Scan.Progress.Max(), 36);
+  // A handler that frees the problems.
+  Scan.Messages->OnPump = [&] { Scan.Problems->Clear(); };
+  EXPECT_EQ(Scan.Engine->GradeProblems({}, Scan.Progress), 0);
+}
+
 TEST(ScanDriver, HearsOfAKeyThatIsIgnoredWhileItScans) {
   const TScratchFolder Folder;
   const TDataPaths Paths = DataPathsIn(Folder.Path());

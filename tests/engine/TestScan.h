@@ -69,6 +69,45 @@ private:
   TTestRegistry &Registry_;
 };
 
+// A platform's settings files, one of which another program can hold for a moment.
+class TTestProfiles final : public TProfiles {
+public:
+  // Takes the place of the platform's own, before anything is made that borrows them.
+  static TTestProfiles &In(TPlatform &Platform) {
+    auto Owned = std::make_unique<TTestProfiles>(std::move(Platform.Profiles));
+    TTestProfiles &Out = *Owned;
+    Platform.Profiles = std::move(Owned);
+    return Out;
+  }
+  explicit TTestProfiles(std::unique_ptr<TProfiles> Inner) : Inner_(std::move(Inner)) {}
+
+  TError ReadSection(std::u16string_view Path, std::u16string_view Section,
+                     TIniSection &Out) override {
+    ++Reads;
+    Out = {};
+    // A folder can't be read as a file.
+    return Inner_->ReadSection(IsHeld(Path) ? Path.substr(0, Path.find_last_of(u"\\/")) : Path,
+                               Section, Out);
+  }
+  TError WriteSection(std::u16string_view Path, std::u16string_view Section,
+                      std::span<const TIniChange> Changes) override {
+    ++Writes;
+    return Inner_->WriteSection(Path, Section, Changes);
+  }
+  std::optional<TFileStamp> Stamp(std::u16string_view Path) override {
+    return IsHeld(Path) ? std::nullopt : Inner_->Stamp(Path);
+  }
+
+  std::u16string Held; // the end of its path; empty: none
+  int Reads = 0;
+  int Writes = 0;
+
+private:
+  bool IsHeld(std::u16string_view Path) const { return !Held.empty() && Path.ends_with(Held); }
+
+  std::unique_ptr<TProfiles> Inner_;
+};
+
 class TTestScan {
 public:
   explicit TTestScan(std::unique_ptr<TRegistryHost> Registry, const TMachine &Machine = {},

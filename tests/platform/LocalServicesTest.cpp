@@ -30,6 +30,15 @@ TTexts NamesIn(const TTexts &Lines) {
   return Out;
 }
 
+TTexts LinesOfIni(TProfiles &Profiles, std::u16string_view Path, std::u16string_view Section) {
+  TIniSection Read;
+  EXPECT_EQ(Profiles.ReadSection(Path, Section, Read), TError());
+  TTexts Out;
+  for (const TIniSection::TLine &Line : Read.Lines())
+    Out.push_back(Line.Name + (Line.Text ? u"=" + *Line.Text : u""));
+  return Out;
+}
+
 TEST(Profiles, AreReadAsWindowsReadsThem) {
   static const struct {
     const char *Why;
@@ -82,14 +91,16 @@ TEST(Profiles, AreReadAsWindowsReadsThem) {
   const std::u16string File = Scratch.File(u"s.ini");
   const TPlatform Platform = MakeLocalServices();
   for (const auto &C : Cases) {
-    if (C.NotUnderWine && IsWine())
-      continue;
     SCOPED_TRACE(C.Why);
     ASSERT_EQ(WriteWholeFile(File, C.Bytes), TError());
     EXPECT_EQ(ToUtf8(Platform.Profiles->ReadString(File, C.Section, C.Key, u"-")), ToUtf8(C.Text));
-    const TTexts Lines = Platform.Profiles->Lines(File, C.Section);
+    if (const auto System = SystemIniText(File, C.Section, C.Key, u"-");
+        System && !(C.NotUnderWine && IsWine())) {
+      EXPECT_EQ(ToUtf8(*System), ToUtf8(C.Text)) << "by the system's own function";
+    }
+    const TTexts Lines = LinesOfIni(*Platform.Profiles, File, C.Section);
     EXPECT_EQ(ToUtf8(Joined(Lines)), ToUtf8(C.Lines));
-    EXPECT_EQ(Platform.Profiles->KeyNames(File, C.Section), NamesIn(Lines));
+    EXPECT_EQ(KeysOfIni(*Platform.Profiles, File, C.Section), NamesIn(Lines));
   }
 }
 
@@ -116,8 +127,8 @@ TEST(Profiles, TextsOfAnySizeAndOfAllLettersAreRead) {
     const std::u16string Text = u"\uFEFF[S]\r\n" + Line + u"\r\nb=2\r\n";
     ASSERT_EQ(WriteWholeFile(File, Utf16Bytes(Text)), TError());
     EXPECT_EQ(Platform.Profiles->ReadString(File, u"S", Name, u""), Value) << Length;
-    EXPECT_EQ(Platform.Profiles->KeyNames(File, u"S"), (TTexts{Name, u"b"})) << Length;
-    EXPECT_EQ(Platform.Profiles->Lines(File, u"S"), (TTexts{Line, u"b=2"})) << Length;
+    EXPECT_EQ(KeysOfIni(*Platform.Profiles, File, u"S"), (TTexts{Name, u"b"})) << Length;
+    EXPECT_EQ(LinesOfIni(*Platform.Profiles, File, u"S"), (TTexts{Line, u"b=2"})) << Length;
   }
 }
 
@@ -156,8 +167,8 @@ TEST(Profiles, AKeyIsWrittenAndAllElseStays) {
     if (C.Bytes != "-") {
       ASSERT_EQ(WriteWholeFile(File, C.Bytes), TError());
     }
-    EXPECT_TRUE(Platform.Profiles->WriteString(File, C.Section, C.Key, C.Text));
-    EXPECT_EQ(ToUtf8(Joined(Platform.Profiles->Lines(File, C.Section))), ToUtf8(C.Lines));
+    EXPECT_TRUE(WriteIni(*Platform.Profiles, File, C.Section, C.Key, C.Text));
+    EXPECT_EQ(ToUtf8(Joined(LinesOfIni(*Platform.Profiles, File, C.Section))), ToUtf8(C.Lines));
     EXPECT_EQ(Scratch.Count(), C.Bytes == "-" && !C.Text ? 0u : 1u);
     if (C.Bytes.find("[T]\r\na=1") != std::string::npos) {
       EXPECT_EQ(Platform.Profiles->ReadString(File, u"T", u"a", u""), u"1");
@@ -165,12 +176,39 @@ TEST(Profiles, AKeyIsWrittenAndAllElseStays) {
   }
 }
 
+TEST(Profiles, AFileThatCannotBeReadIsNotAnEmptyOne) {
+  const TScratchFolder Scratch;
+  const TPlatform Platform = MakeLocalServices();
+  TIniSection Read;
+  Read.Add({u"a", u"1"});
+  const TError Failure = Platform.Profiles->ReadSection(Scratch.Path(), u"S", Read);
+  EXPECT_NE(Failure, TError()) << "a folder has the name";
+  EXPECT_TRUE(Read.Lines().empty());
+  EXPECT_FALSE(WriteIni(*Platform.Profiles, Scratch.Path(), u"S", u"a", u"1"));
+  EXPECT_EQ(Platform.Profiles->ReadSection(Scratch.File(u"missing"), u"S", Read), TError());
+}
+
+TEST(Profiles, AllChangesAreMadeTogetherOrNone) {
+  const TScratchFolder Scratch;
+  const TPlatform Platform = MakeLocalServices();
+  const std::u16string File = Scratch.File(u"s.ini");
+  ASSERT_EQ(WriteWholeFile(File, "[S]\r\nb=1\r\na=1\r\nc=1\r\n[T]\r\na=1\r\n"), TError());
+  const TIniChange Broken[] = {{u"a", u"2"}, {u"new", u"2\n"}};
+  EXPECT_NE(Platform.Profiles->WriteSection(File, u"S", Broken), TError());
+  EXPECT_EQ(Joined(LinesOfIni(*Platform.Profiles, File, u"S")), u"b=1\na=1\nc=1\n");
+  const TIniChange Changes[] = {
+      {u"new", u"2"}, {u"A", u"longer"}, {u"c", std::nullopt}, {u"b", u""}, {u"newer", u"3"}};
+  EXPECT_EQ(Platform.Profiles->WriteSection(File, u"S", Changes), TError());
+  EXPECT_EQ(Joined(LinesOfIni(*Platform.Profiles, File, u"S")), u"b=\na=longer\nnew=2\nnewer=3\n");
+  EXPECT_EQ(Joined(LinesOfIni(*Platform.Profiles, File, u"T")), u"a=1\n");
+}
+
 TEST(Profiles, AFileKeepsItsEncoding) {
   const TScratchFolder Scratch;
   const TPlatform Platform = MakeLocalServices();
   const std::u16string File = Scratch.File(u"s.ini");
   const auto Write = [&] {
-    EXPECT_TRUE(Platform.Profiles->WriteString(File, u"S", u"b", u"\u00FC\u0416"));
+    EXPECT_TRUE(WriteIni(*Platform.Profiles, File, u"S", u"b", u"\u00FC\u0416"));
     std::string Bytes;
     EXPECT_EQ(ReadWholeFile(File, Bytes), TError());
     return Bytes;
@@ -204,7 +242,7 @@ TEST(Profiles, WhatCannotBeWrittenIsSaid) {
       {"a zero in the path", Scratch.File(std::u16string(u"new\0", 4)), u"S", u"a", u"2"},
   };
   for (const auto &C : Cases)
-    EXPECT_FALSE(Platform.Profiles->WriteString(C.Path, C.Section, C.Key, C.Text)) << C.Why;
+    EXPECT_FALSE(WriteIni(*Platform.Profiles, C.Path, C.Section, C.Key, C.Text)) << C.Why;
   EXPECT_EQ(Platform.Profiles->ReadString(File, u"S", u"a", u""), u"1");
   EXPECT_EQ(Scratch.Count(), 1u);
   SetReadOnly(File, false);

@@ -112,6 +112,29 @@ struct TShortcutsKind {
   std::unique_ptr<TTestShortcuts> (*Make)();
 };
 
+// One key of a settings file; false when it could not be set or deleted.
+inline bool WriteIni(TProfiles &Profiles, std::u16string_view Path, std::u16string_view Section,
+                     std::u16string_view Key, std::optional<std::u16string_view> Text) {
+  const TIniChange Change = {Key, Text};
+  return Profiles.WriteSection(Path, Section, {&Change, 1}) == TError();
+}
+
+// The names of a section's keys.
+inline std::vector<std::u16string> KeysOfIni(TProfiles &Profiles, std::u16string_view Path,
+                                             std::u16string_view Section) {
+  TIniSection Read;
+  Profiles.ReadSection(Path, Section, Read);
+  std::vector<std::u16string> Names;
+  for (const TIniSection::TLine &Line : Read.Lines())
+    if (Line.Text)
+      Names.push_back(Line.Name);
+  return Names;
+}
+
+// What the system's own function reads; nothing on a system that has none.
+std::optional<std::u16string> SystemIniText(const std::u16string &Path, std::u16string_view Section,
+                                            std::u16string_view Key, std::u16string_view Default);
+
 // A text as a file in UTF-16 holds it.
 inline std::string Utf16Bytes(std::u16string_view Text) {
   return {reinterpret_cast<const char *>(Text.data()), Text.size() * sizeof(char16_t)};

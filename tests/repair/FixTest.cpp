@@ -53,6 +53,10 @@ protected:
   bool HasKey(std::u16string_view Key) {
     return Platform_.Registry->Open(TRegRoot::CurrentUser, Key).Status == TRegStatus::Ok;
   }
+  using TState = std::pair<std::int32_t, std::int32_t>;
+  std::vector<TState> LastStates(std::size_t Count) const {
+    return {Fix_->Bar.States.end() - static_cast<std::ptrdiff_t>(Count), Fix_->Bar.States.end()};
+  }
   static constexpr std::u16string_view Link = u"C:\\Users\\me\\a.lnk";
   void WriteLink() {
     CreateFolderPath(*Platform_.Files, u"C:\\Users\\me");
@@ -97,18 +101,15 @@ TEST_F(FixTest, GoesBackwardsAndPacesTheBar) {
   EXPECT_EQ(Report.NotRemoved[0].ValueName, u"gone");
   EXPECT_EQ(Report.NotRemoved[0].Why, TRemoval::GoneAlready);
   EXPECT_EQ(Clock_->Pauses, std::vector<std::uint32_t>(3, 10)) << "unchecked ones too";
-  using TState = std::pair<std::int32_t, std::int32_t>;
-  const std::vector<TState> Wanted = {{0, 100}, {0, 100}, {0, 3},   {0, 3},
-                                      {1, 3},   {3, 3},   {3, 100}, {100, 100}};
-  EXPECT_EQ(Fix_->Bar.States, Wanted) << "0*3/2, 1*3/2, 2*3/2";
+  const std::vector<TState> Wanted = {{0, 3}, {0, 3}, {1, 3}, {3, 3}, {3, 100}, {100, 100}};
+  EXPECT_EQ(LastStates(Wanted.size()), Wanted) << "0*3/2, 1*3/2, 2*3/2";
   EXPECT_EQ(Fix_->Label.Texts, (std::vector<std::u16string>{u"", u"Fixing..."}));
 }
 
 TEST_F(FixTest, ASingleProblemLeavesTheBarAloneUntilTheEnd) {
   Fix_->Add(u"HKEY_CURRENT_USER\\A", u"v");
   Fix_->Run();
-  EXPECT_EQ(Fix_->Bar.States.size(), 5u) << "position, minimum, maximum; then both ends";
-  EXPECT_EQ(Fix_->Bar.Position(), 100);
+  EXPECT_EQ(LastStates(3), (std::vector<TState>{{0, 1}, {0, 100}, {100, 100}}));
 }
 
 TEST_F(FixTest, AStepHitsTheKeyThatIsOpen) {
@@ -273,12 +274,57 @@ TEST_F(FixTest, WhatIsIgnoredByNowStays) {
   Fix_->Add(u"HKEY_CURRENT_USER\\B", u"N/A");
   Fix_->Clean.FixPause = 1;
   Clock_->OnPause = [this] {
-    EXPECT_EQ(Fix_->Clean.IgnoreList.Add(u"HKEY_CURRENT_USER\\A", u"v"), u"");
+    EXPECT_FALSE(Fix_->Clean.IgnoreList.Add(u"HKEY_CURRENT_USER\\A", u"v"));
   };
   const TFixReport Report = Fix_->Run();
   EXPECT_EQ(Reasons(Report), std::vector{TRemoval::Ignored});
   EXPECT_EQ(Report.Removed, 1);
   EXPECT_TRUE(Has(u"A", u"v"));
+}
+
+TEST_F(FixTest, WithoutTheIgnoreListTheRestStays) {
+  // Another program holds it from the second problem on.
+  TTestProfiles &Profiles = TTestProfiles::In(Platform_);
+  TTestFix Fix(Platform_, Data());
+  Fix.Add(u"HKEY_CURRENT_USER\\A", u"v");
+  Fix.Add(u"HKEY_CURRENT_USER\\A", u"w");
+  Fix.Clean.FixPause = 1;
+  Clock_->OnPause = [&] {
+    if (!Has(u"A", u"w"))
+      Profiles.Held = Fix.Clean.Paths.IgnoreIniPath;
+  };
+  EXPECT_EQ(Reasons(Fix.Run()), std::vector{TRemoval::ListUnread});
+  EXPECT_TRUE(Has(u"A", u"v"));
+}
+
+TEST_F(FixTest, MovesItsBarAndCanBeLeftWhileManyAreRecorded) {
+  constexpr int Many = 1'000;
+  std::u16string Text;
+  for (std::uint64_t Name = 0; Name < Many; ++Name)
+    Text += u"[HKEY_CURRENT_USER\\M]\n\"" + ToDecimal(Name) + u"\"=\"1\"\n[HKEY_CURRENT_USER\\N\\" +
+            ToDecimal(Name) + u"]\n";
+  Platform_.Registry = MemoryRegistry(Text);
+  auto Owned = std::make_unique<TTestMessages>();
+  TTestMessages &Messages = *Owned;
+  Platform_.Messages = std::move(Owned);
+  for (const int Stop : {1, 2 * Many, 5 * Many, 6 * Many}) {
+    TTestFix Fix(Platform_, Data());
+    for (std::uint64_t Name = 0; Name < Many; ++Name) {
+      Fix.Add(u"HKEY_CURRENT_USER\\M", ToDecimal(Name));
+      Fix.Add(u"HKEY_CURRENT_USER\\N\\" + ToDecimal(Name), u"N/A");
+    }
+    Messages.Pumps = 0;
+    Messages.OnPump = [&] {
+      if (Messages.Pumps == Stop)
+        Fix.Clean.StopFix();
+    };
+    EXPECT_EQ(Fix.Run().BackupName, u"") << Stop;
+    EXPECT_LE(Messages.Pumps, Stop + 1) << "it was left at once";
+    EXPECT_EQ(Fix.Problems.TotalCount(), 2 * Many);
+    EXPECT_TRUE(Fix.Clean.EnumerateBackups().empty());
+    EXPECT_EQ(Folder_.Count(), 0u) << "nothing was written";
+    EXPECT_GE(Fix.Bar.Position() + 1, std::min(Stop, Fix.Bar.Max())) << "once per look";
+  }
 }
 
 TEST_F(FixTest, WhatCanNotBeReadIsLeftAlone) {

@@ -112,12 +112,44 @@ TEST(Settings, SwitchesAreOnButForTheDeepScan) {
   EXPECT_EQ(List.Rows, 17);
 }
 
+TEST(Settings, ATotalIsNeverLost) {
+  static const struct {
+    const char *Why;
+    std::string Stored, After;
+    bool Counted = true;
+  } Cases[] = {
+      {"none yet", "", "5"},
+      {"ten digits", "1234567890", "1234567895"},
+      {"less than none", "-7", "-2"},
+      {"the largest number", "9223372036854775807", "9223372036854775807"},
+      {"close to it", "9223372036854775805", "9223372036854775805"},
+      {"more than that", "123456789012345678901234567890", "123456789012345678901234567890"},
+      {"no number", "0x10", "0x10", false},
+      {"words", "many", "many", false},
+  };
+  for (const auto &C : Cases) {
+    const TScratchFolder Folder;
+    TPlatform Platform = MakeLocalServices();
+    TRegistryClean Clean(Platform, DataPathsIn(Folder.Path()));
+    ASSERT_EQ(
+        WriteWholeFile(Clean.Paths.MainIniPath, "[Registrysummer]\r\ntotal=" + C.Stored + "\r\n"),
+        TError());
+    EXPECT_EQ(Clean.RecordStatistics(5, false), C.Counted) << C.Why;
+    EXPECT_EQ(ToUtf8(Platform.Profiles->ReadString(Clean.Paths.MainIniPath, u"Registrysummer",
+                                                   u"total", u"-")),
+              C.After)
+        << C.Why;
+  }
+}
+
 TEST(Settings, SwitchesAreWrittenAsTheyHaveAlwaysBeen) {
   const TScratchFolder Folder;
   TPlatform Platform = MakeLocalServices();
+  TTestProfiles &Profiles = TTestProfiles::In(Platform);
   TRegistryClean Clean(Platform, DataPathsIn(Folder.Path()));
   TTestAreaList List; // every second row is checked
   ASSERT_TRUE(Clean.SaveAreaSwitches(List));
+  EXPECT_EQ(Profiles.Writes, 1) << "a large file would be written again and again";
   std::string Bytes;
   ASSERT_EQ(ReadWholeFile(Clean.Paths.MainIniPath, Bytes), TError());
   ASSERT_TRUE(Bytes.starts_with("\xFF\xFE")) << "a new file can hold every letter";
@@ -125,6 +157,7 @@ TEST(Settings, SwitchesAreWrittenAsTheyHaveAlwaysBeen) {
   EXPECT_NE(Text.find(u"\r\nMUI=1\r\n"), std::u16string::npos) << "read as \"Mui\"";
   EXPECT_NE(Text.find(u"Active=1\r\nApp=0\r\n"), std::u16string::npos);
   Clean.LoadAreaSwitches(List);
+  EXPECT_EQ(Profiles.Reads, 1);
   EXPECT_EQ(List.Off, u"1 3 5 7 9 11 13 15 ");
 
   // A file that is there keeps its encoding, and the rest of what it says.

@@ -150,7 +150,7 @@ TEST_F(TLanguageTest, AsksTheSuiteForTheLanguage) {
   const std::u16string Suite =
       Platform.Folders->Special(TSpecialFolder::AppData) + u"\\Orvane\\Tallowmere V4";
   ASSERT_EQ(Platform.Storage->CreateFolder(Suite), TError());
-  ASSERT_TRUE(Platform.Profiles->WriteString(Suite + u"\\Main.ini", u"Main", u"Language", u"x"));
+  ASSERT_TRUE(WriteIni(*Platform.Profiles, Suite + u"\\Main.ini", u"Main", u"Language", u"x"));
   EXPECT_EQ(Language.ReadSuiteLanguage(), u"x");
 }
 

@@ -86,7 +86,7 @@ TEST(PosixHosts, OfASettingsFileOnlyTheOneTextChanges) {
   const std::u16string File = Scratch.File(u"s.ini");
   for (const auto &C : Cases) {
     ASSERT_EQ(WriteWholeFile(File, C.Before), TError());
-    EXPECT_EQ(Platform.Profiles->WriteString(File, u"S", u"a", C.Text), !C.After.empty()) << C.Why;
+    EXPECT_EQ(WriteIni(*Platform.Profiles, File, u"S", u"a", C.Text), !C.After.empty()) << C.Why;
     std::string Bytes;
     EXPECT_EQ(ReadWholeFile(File, Bytes), TError());
     EXPECT_EQ(Bytes, C.After.empty() ? C.Before : C.After) << C.Why;

@@ -12,6 +12,11 @@
 
 namespace hivesweep {
 
+std::optional<std::u16string> SystemIniText(const std::u16string &, std::u16string_view,
+                                            std::u16string_view, std::u16string_view) {
+  return std::nullopt;
+}
+
 bool IsWine() { return false; }
 
 std::vector<TRegistryKind> LiveRegistries() { return {}; }

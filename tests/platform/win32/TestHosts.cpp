@@ -264,6 +264,14 @@ std::u16string KernelPath(std::u16string_view BelowUser) {
          std::u16string(BelowUser);
 }
 
+std::optional<std::u16string> SystemIniText(const std::u16string &Path, std::u16string_view Section,
+                                            std::u16string_view Key, std::u16string_view Default) {
+  return GrowingText([&](wchar_t *Units, DWORD Count) {
+    return GetPrivateProfileStringW(Wide(std::u16string(Section)), Wide(std::u16string(Key)),
+                                    Wide(std::u16string(Default)), Units, Count, Wide(Path));
+  });
+}
+
 bool IsWine() { return FindFunction(L"ntdll.dll", "wine_get_version") != nullptr; }
 
 std::vector<TRegistryKind> LiveRegistries() {

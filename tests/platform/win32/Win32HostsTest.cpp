@@ -101,7 +101,7 @@ TEST_F(Win32Hosts, ASettingsFileThatIsHeldIsLeftAsItIs) {
     const TFileHandle Held(
         CreateFileW(Wide(Path), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     ASSERT_TRUE(Held.IsOpen());
-    EXPECT_FALSE(Platform.Profiles->WriteString(Path, u"Registry", u"b", u"2"));
+    EXPECT_FALSE(WriteIni(*Platform.Profiles, Path, u"Registry", u"b", u"2"));
     EXPECT_EQ(Platform.Profiles->ReadString(Path, u"Registry", u"a", u"unread"), u"unread");
     EXPECT_NE(Platform.Storage->Write(Path, "other"), TError());
     EXPECT_NE(Platform.Storage->Remove(Path), TError());

@@ -27,7 +27,7 @@ protected:
   TNames Kept() {
     TNames Names;
     for (const std::u16string &Key :
-         Bench.Platform.Profiles->KeyNames(Data.Paths.IgnoreIniPath, u"Registry"))
+         KeysOfIni(*Bench.Platform.Profiles, Data.Paths.IgnoreIniPath, u"Registry"))
       Names.push_back(Key.substr(Key.rfind(u'\\') + 1));
     return Names;
   }

@@ -54,7 +54,8 @@ protected:
     Bench.AddProblem(9, u"HKEY_CURRENT_USER\\Software\\One", u"Obsolete Software");
     Bench.AddProblem(9, u"HKEY_CURRENT_USER\\Software\\Two", u"Obsolete Software");
     Bench.Problems.BuildView(u"");
-    GradeRisks(Bench.Problems, Bench.RiskTexts(), [](auto) { return false; });
+    GradeRisks(
+        Bench.Problems, Bench.RiskTexts(), [](auto) { return false; }, [] { return true; });
     Main.EndRun(true);
     PumpMessages();
   }

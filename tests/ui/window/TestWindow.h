@@ -51,7 +51,7 @@ inline TPlatform InLanguage(TPlatform Platform, std::u16string_view Language) {
   const std::u16string Suite =
       Platform.Folders->Special(TSpecialFolder::AppData) + u"\\Orvane\\Tallowmere V4";
   Platform.Storage->CreateFolder(Suite);
-  Platform.Profiles->WriteString(Suite + u"\\Main.ini", u"Main", u"Language", Language);
+  WriteIni(*Platform.Profiles, Suite + u"\\Main.ini", u"Main", u"Language", Language);
   return Platform;
 }
 

@@ -1,10 +1,12 @@
 // The text of an INI file, understood as Windows does.
 #pragma once
 
-#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/Profiles.h"
 
 namespace hivesweep {
 
@@ -17,8 +19,8 @@ struct TIniLine {
 // The lines of the first section of that name, without comments. They are parts of Text.
 std::vector<TIniLine> IniLines(std::u16string_view Text, std::u16string_view Section);
 
-// Sets the key's text, or deletes the key when there is none. All else stays as it is.
-void SetIniText(std::u16string &Text, std::u16string_view Section, std::u16string_view Key,
-                std::optional<std::u16string_view> Value);
+// Makes the changes in the first section of that name. All else stays as it is.
+void SetIniTexts(std::u16string &Text, std::u16string_view Section,
+                 std::span<const TIniChange> Changes);
 
 } // namespace hivesweep

@@ -1,6 +1,8 @@
-#include "platform/posix/IniText.h"
+#include "platform/IniText.h"
 
 #include <algorithm>
+#include <map>
+#include <utility>
 
 #include "platform/Text.h"
 
@@ -49,6 +51,15 @@ TSection FindSection(std::u16string_view Text, std::u16string_view Section) {
   return Out;
 }
 
+// The first key of that name; null when there is none.
+const TIniLine *FindKey(const TSection &Section, std::u16string_view Key) {
+  const auto Found =
+      std::find_if(Section.Lines.begin(), Section.Lines.end(), [&](const TIniLine &Line) {
+        return Line.HasValue && EqualNoCase(Line.Name, Trim(Key));
+      });
+  return Found == Section.Lines.end() ? nullptr : &*Found;
+}
+
 // What ends the text's first line.
 std::u16string LineEndOf(std::u16string_view Text) {
   const std::size_t At = Text.find_first_of(u"\r\n");
@@ -73,32 +84,43 @@ std::vector<TIniLine> IniLines(std::u16string_view Text, std::u16string_view Sec
   return FindSection(Text, Section).Lines;
 }
 
-void SetIniText(std::u16string &Text, std::u16string_view Section, std::u16string_view Key,
-                std::optional<std::u16string_view> Value) {
+void SetIniTexts(std::u16string &Text, std::u16string_view Section,
+                 std::span<const TIniChange> Changes) {
   const TSection Found = FindSection(Text, Section);
-  const auto Line =
-      std::find_if(Found.Lines.begin(), Found.Lines.end(), [&](const TIniLine &Candidate) {
-        return Candidate.HasValue && EqualNoCase(Candidate.Name, Trim(Key));
-      });
-  if (!Value) {
-    if (Line != Found.Lines.end())
-      DeleteLine(Text, Line->Name);
-    return;
-  }
-  if (Line != Found.Lines.end()) {
-    Text.replace(static_cast<std::size_t>(Line->Value.data() - Text.data()), Line->Value.size(),
-                 *Value);
-    return;
-  }
+  std::map<std::size_t, std::pair<std::size_t, std::u16string_view>> Edits; // place, size, text
   const std::u16string LineEnd = LineEndOf(Text);
-  const std::u16string NewLine = std::u16string(Key).append(u"=").append(*Value);
-  if (Found.End != std::u16string_view::npos) {
-    Text.insert(Found.End, LineEnd + NewLine);
-    return;
+  std::u16string NewLines;
+  for (const TIniChange &Change : Changes) {
+    if (!Change.Text)
+      continue;
+    if (const TIniLine *const Line = FindKey(Found, Change.Key))
+      Edits[static_cast<std::size_t>(Line->Value.data() - Text.data())] = {Line->Value.size(),
+                                                                           *Change.Text};
+    else
+      NewLines.append(LineEnd).append(Change.Key).append(u"=").append(*Change.Text);
   }
-  if (!Text.empty() && Text.back() != u'\n' && Text.back() != u'\r')
-    Text += LineEnd;
-  Text.append(u"[").append(Section).append(u"]").append(LineEnd).append(NewLine).append(LineEnd);
+  const std::size_t End = std::min(Found.End, Text.size());
+  std::u16string Out;
+  std::size_t Taken = 0;
+  for (const auto &[At, Edit] : Edits) {
+    Out.append(Text, Taken, At - Taken).append(Edit.second);
+    Taken = At + Edit.first;
+  }
+  Out.append(Text, Taken, End - Taken);
+  if (Found.End == std::u16string_view::npos && !NewLines.empty()) {
+    if (!Out.empty() && Out.back() != u'\n' && Out.back() != u'\r')
+      Out += LineEnd;
+    Out.append(u"[").append(Section).append(u"]");
+    NewLines += LineEnd;
+  }
+  Text = Out.append(NewLines).append(Text, End, std::u16string::npos);
+
+  for (const TIniChange &Change : Changes)
+    if (!Change.Text) {
+      const TSection Now = FindSection(Text, Section);
+      if (const TIniLine *const Line = FindKey(Now, Change.Key))
+        DeleteLine(Text, Line->Name);
+    }
 }
 
 } // namespace hivesweep
