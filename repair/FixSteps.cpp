@@ -183,7 +183,13 @@ void ForEachStep(const TListViewManage &Problems, std::u16string_view ShortcutCa
 
 TUndoRecord RecordFix(TPlatform &Platform, const TListViewManage &Problems,
                       std::u16string_view ShortcutCaption,
-                      std::span<const std::u16string> BackupLines, const TGoesOn &GoesOn) {
+                      std::span<const std::u16string> BackupLines, const TGoesOn &Asked) {
+  // Nobody is asked again who has said that it ends.
+  bool IsLeft = false;
+  const TGoesOn GoesOn = [&] {
+    IsLeft = IsLeft || !Asked();
+    return !IsLeft;
+  };
   TScope Scope = ScopeOfBackup(BackupLines);
   TUndoRecord Record;
   TFixCursor Cursor;
