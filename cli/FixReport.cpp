@@ -24,6 +24,8 @@ constexpr TReason Reasons[] = {
     {TRemoval::Ignored, "left alone, it is on the ignore list by now: ", "ignored by now"},
     {TRemoval::ListUnread,
      "left alone, the ignore list could not be read any more: ", "ignore list not read"},
+    {TRemoval::FromOtherKey, "its key could not be opened, so a value of another key went: ",
+     "a value of another key went"},
 };
 
 std::string Numbers(const TFixReport &Report) {
@@ -51,7 +53,8 @@ bool TellFix(TCliConsole &Console, const TFixReport &Report) {
   bool AllWell = Report.LastFixWritten && !Report.BackupFailure;
   for (const TNotRemoved &Left : Report.NotRemoved) {
     const TReason &Reason = *std::ranges::find(Reasons, Left.Why, &TReason::Why);
-    Complain(Console, Reason.Sentence + NameOfProblem(Left.KeyPath, Left.ValueName, Left.Data));
+    Complain(Console, Reason.Sentence + NameOfProblem(Left.KeyPath, Left.ValueName, Left.Data) +
+                          (Left.OtherKey.empty() ? "" : ", from " + ToUtf8(Left.OtherKey)));
     AllWell &= Left.Why == TRemoval::GoneAlready;
   }
   if (Report.BackupFailure)

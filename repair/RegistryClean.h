@@ -47,6 +47,9 @@ enum class TRemoval {
   Ignored,
   // The ignore list could not be read when it was to be asked: it was left alone.
   ListUnread,
+  // Its key could not be opened, and the value of its name was removed from the key that
+  // was open.
+  FromOtherKey,
 };
 
 struct TNotRemoved {
@@ -55,6 +58,7 @@ struct TNotRemoved {
   std::u16string ValueName;
   std::u16string Data;
   TRemoval Why = TRemoval::Failed;
+  std::u16string OtherKey; // of a FromOtherKey: where the value was
 };
 
 struct TFixReport {

@@ -173,7 +173,8 @@ void TRegistryClean::RemoveCheckedProblems(TFixRun &Run, std::vector<std::u16str
           ++Run.Report.Removed;
         else
           Run.Report.NotRemoved.push_back(
-              {Item->TypeName, Item->KeyPath, Item->ValueName, Item->Data, What});
+              {Item->TypeName, Item->KeyPath, Item->ValueName, Item->Data, What,
+               What == TRemoval::FromOtherKey ? PathOf(*Run.Cursor.OpenKey()) : u""});
         Group->Delete(Item);
       }
       ++Done;
@@ -215,10 +216,12 @@ TRemoval TRegistryClean::Remove(TFixRun &Run, const TItemInfo &Item) {
   TRegKey *const Key = Run.Registry.CurrentKey();
   if (!Key || !Run.Cursor.OpenKey())
     return RemovalOf(Opened);
-  if (!Guard.MayDeleteValue(*Key, *Run.Cursor.OpenKey(), Item.ValueName))
-    return TRemoval::NotRecorded;
-  const TRegStatus Deleted = Run.Registry.DeleteValue(Item.ValueName);
-  return RemovalOf(Opened == TRegStatus::Ok ? Deleted : Opened);
+  const bool MayDelete = Guard.MayDeleteValue(*Key, *Run.Cursor.OpenKey(), Item.ValueName);
+  if (Opened != TRegStatus::Ok)
+    return MayDelete && Run.Registry.DeleteValue(Item.ValueName) == TRegStatus::Ok
+               ? TRemoval::FromOtherKey
+               : RemovalOf(Opened);
+  return MayDelete ? RemovalOf(Run.Registry.DeleteValue(Item.ValueName)) : TRemoval::NotRecorded;
 }
 
 void TRegistryClean::WriteBackup(TFixRun &Run) {

@@ -128,6 +128,10 @@ TEST_F(FixTest, AStepHitsTheKeyThatIsOpen) {
   EXPECT_EQ(Machine.Key->Read(u"v", Value), TRegStatus::Ok)
       << "another root closes the key: nothing is hit there";
   EXPECT_EQ(Report.Removed, 1);
+  using enum TRemoval;
+  EXPECT_EQ(Reasons(Report), (std::vector{GoneAlready, GoneAlready, FromOtherKey, GoneAlready}))
+      << "a value that went is not called gone already";
+  EXPECT_EQ(Report.NotRemoved[2].OtherKey, u"HKEY_CURRENT_USER\\A");
   // And what was hit by the way comes back with the rest.
   ASSERT_TRUE(Fix_->Clean.RestoreBackup(Report.BackupName));
   Fix_->Clean.FinishRestore();
@@ -325,6 +329,18 @@ TEST_F(FixTest, MovesItsBarAndCanBeLeftWhileManyAreRecorded) {
     EXPECT_EQ(Folder_.Count(), 0u) << "nothing was written";
     EXPECT_GE(Fix.Bar.Position() + 1, std::min(Stop, Fix.Bar.Max())) << "once per look";
   }
+}
+
+TEST_F(FixTest, AKeyThatIsGoneIsNotCalledLeftAlone) {
+  // After the record: the value of its name in the open key is somebody else's.
+  Fix_->Add(u"HKEY_CURRENT_USER\\B", u"v");
+  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"w");
+  Fix_->Clean.FixPause = 1;
+  Clock_->OnPause = [this] {
+    Platform_.Registry->Open(TRegRoot::CurrentUser, u"", TRegAccess::Full).Key->DeleteTree(u"B");
+  };
+  EXPECT_EQ(Reasons(Fix_->Run()), std::vector{TRemoval::GoneAlready});
+  EXPECT_TRUE(Has(u"A", u"v"));
 }
 
 TEST_F(FixTest, WhatCanNotBeReadIsLeftAlone) {
