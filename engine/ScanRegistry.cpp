@@ -89,6 +89,7 @@ std::int32_t TScanRegistry::RunScan(TWindowHandle Window, std::u16string_view Ar
   const TBusy Busy(Ready);
   NotifyWindow = Window;
   Stopped = false;
+  HandlerError_ = nullptr;
   BackupText.clear();
   AreaResults_.fill({});
   ProtectedItems_.clear();
@@ -129,7 +130,19 @@ std::int32_t TScanRegistry::RunScan(TWindowHandle Window, std::u16string_view Ar
   Filter_.reset();
   ExtensionNames.clear();
   FileTypeNames.clear();
+  if (HandlerError_)
+    std::rethrow_exception(std::exchange(HandlerError_, nullptr));
   return Total;
+}
+
+void TScanRegistry::Pump() {
+  try {
+    Platform_.Messages->Pump();
+  } catch (...) {
+    if (!HandlerError_)
+      HandlerError_ = std::current_exception();
+    Stop();
+  }
 }
 
 void TScanRegistry::MakeBackupFolders() {
@@ -235,9 +248,11 @@ std::int32_t TScanRegistry::RunArea(const TArea &Area, TStatusLabel &StatusLabel
   Result.Listed = Group.Count();
   if (Result.Failure.empty())
     return Result.Listed;
+  // The scanner that broke off has not answered how many it found.
+  const std::int32_t OfFinished = std::exchange(Result.Found, Result.Listed + Result.Protected);
   // A broken-off area reports nothing; the deep scan, whose first pass alone may
   // take minutes, what its finished passes found.
-  return Area.Number == DeepScanArea ? Result.Found : 0;
+  return Area.Number == DeepScanArea ? OfFinished : 0;
 }
 
 bool TScanRegistry::IsAllowed(std::u16string_view KeyPath, std::u16string_view ValueName,

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <set>
@@ -158,7 +159,9 @@ public:
   const std::u16string &Caption(TProblemType Label) const {
     return Labels[static_cast<std::size_t>(Label)];
   }
-  void Pump() { Platform_.Messages->Pump(); }
+  // Handles messages. What a handler throws is no failure of an area: the scan stops, comes
+  // to its end in order, and throws it to whoever started it.
+  void Pump();
   TScanDisk &Disk() { return Disk_; }
   TPlatform &Platform() { return Platform_; }
 
@@ -211,6 +214,7 @@ private:
   TScanDisk Disk_;
   TIgnoreFile IgnoreFile_;
   std::unique_ptr<TExclusionFilter> Filter_; // while a scan runs
+  std::exception_ptr HandlerError_;          // the first of a scan
   std::array<TAreaResult, AreaCount> AreaResults_;
   std::vector<TProtectedItem> ProtectedItems_;
   std::vector<TUnreadableKey> UnreadableKeys_;

@@ -229,7 +229,28 @@ TEST(ScanDriver, GoesOnBehindABrokenArea) {
   EXPECT_EQ(Scan.Problems->FindGroup(u"18")->Count(), 18);
   EXPECT_EQ(Scan.Engine->AreaResults()[1].Failure, u"broken hive");
   EXPECT_EQ(Scan.Engine->AreaResults()[3].Failure, u"");
+  for (const int Area : {2, 17}) {
+    const TAreaResult &Broken = Scan.Engine->AreaResults()[AreaIndex(Area)];
+    EXPECT_EQ(Broken.Found, Area == 2 ? 10 : 20);
+    EXPECT_EQ(Broken.Found, Broken.Listed + Broken.Protected);
+  }
   EXPECT_TRUE(Scan.Engine->Ready);
+}
+
+TEST(ScanDriver, AHandlersExceptionIsNoFailureOfAnArea) {
+  TTestScan Scan(MemoryRegistry(u""), {}, Tens);
+  Scan.Messages->OnPump = [&] {
+    if (Scan.Messages->Pumps == 15)
+      throw std::runtime_error("a handler of the window");
+  };
+  EXPECT_THROW(Scan.Scan(AllAreas), std::runtime_error);
+  for (const TAreaResult &Area : Scan.Engine->AreaResults())
+    EXPECT_EQ(Area.Failure, u"");
+  // It came to its end as a scan that was stopped does, and the next one is a new one.
+  EXPECT_EQ(Scan.Messages->Pumps, 15);
+  EXPECT_EQ(PostedCounts(Scan).size(), AreaCount);
+  EXPECT_TRUE(Scan.Engine->Ready);
+  EXPECT_EQ(Scan.Scan(AllAreas), 36);
 }
 
 TEST(ScanDriver, StartsEachScanAfresh) {
