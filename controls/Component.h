@@ -28,6 +28,7 @@ enum class TEvent {
   Data,        // a virtual list asks for a row
   ColumnClick, // the header of a list's column was pressed
   RowLook,     // a list asks for a row's colours
+  Copy,        // the keys that copy were pressed in a list
 };
 
 // What handles an event. Sender is the component to which it happened, so that one

@@ -359,6 +359,10 @@ void TListView::PressAt(TPoint Point) {
 }
 
 void TListView::PressKey(const TMessage &Message) {
+  if ((Message.WParam == 'C' || Message.WParam == VK_INSERT) && GetKeyState(VK_CONTROL) < 0) {
+    Fire(TEvent::Copy);
+    return;
+  }
   const int Before = Selected();
   Inherited(Message);
   const int Row = Selected();
@@ -377,6 +381,7 @@ bool TListView::Knows(TEvent Event) const {
   case TEvent::MouseDown:
   case TEvent::ColumnClick:
   case TEvent::RowLook:
+  case TEvent::Copy:
     return true;
   case TEvent::Data:
     return Virtual_;

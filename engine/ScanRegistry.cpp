@@ -130,9 +130,13 @@ std::int32_t TScanRegistry::RunScan(TWindowHandle Window, std::u16string_view Ar
   Filter_.reset();
   ExtensionNames.clear();
   FileTypeNames.clear();
+  ThrowHandlerError();
+  return Total;
+}
+
+void TScanRegistry::ThrowHandlerError() {
   if (HandlerError_)
     std::rethrow_exception(std::exchange(HandlerError_, nullptr));
-  return Total;
 }
 
 void TScanRegistry::Pump() {
@@ -285,6 +289,7 @@ std::int32_t TScanRegistry::GradeProblems(const TRiskTexts &Texts, TProgressBar 
           ProgressBar.Advance();
         return Stops_ == Before;
       });
+  ThrowHandlerError();
   if (UnreadSettings_.empty())
     return Selected;
   Problems_.CheckAll(false);

@@ -199,6 +199,7 @@ public:
 private:
   TIniSection ReadSettings(std::u16string_view Section);
   void NoteUnread(const TError &Failure);
+  void ThrowHandlerError();
   std::array<bool, AreaCount> ReadAreaFlags(std::u16string_view AreaFlags);
   std::int32_t EstimateWork();
   TRegCounts CountEntries(TRegRoot Root, std::u16string_view Path);

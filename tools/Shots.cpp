@@ -16,7 +16,9 @@
 #include "ui/CheckForm.h"
 #include "ui/IgnoredForm.h"
 #include "ui/MainForm.h"
+#include "ui/ReportForm.h"
 #include "ui/RescueForm.h"
+#include "ui/Wording.h"
 
 namespace hivesweep {
 namespace {
@@ -42,6 +44,7 @@ public:
     ScanAndFix(TDialogMode::Fix, {u"09-fix", u"10-fixing", u"11-fixed"},
                [this, Found] { return Bench_.Problems.TotalCount() < Found - 20; });
     Shot(u"12-after-fix", Main_);
+    Report();
     Restore();
   }
 
@@ -83,6 +86,27 @@ private:
     Ignored.Show();
     Shot(u"08-ignored", Ignored);
     Ignored.Close();
+  }
+
+  // Of problems with every reason that there is.
+  void Report() {
+    std::vector<TReportRow> Rows;
+    for (const TRemoval Why :
+         {TRemoval::GoneAlready, TRemoval::Denied, TRemoval::Failed, TRemoval::NotRecorded,
+          TRemoval::Ignored, TRemoval::ListUnread, TRemoval::FromOtherKey}) {
+      const TNotRemoved Problem{.TypeName = {},
+                                .KeyPath = u"HKEY_CURRENT_USER\\Software\\Example\\Recent Files",
+                                .ValueName = u"File1",
+                                .Data = {},
+                                .Why = Why,
+                                .OtherKey = u"HKEY_CURRENT_USER\\Software\\Example\\Paths"};
+      Rows.push_back({Problem.KeyPath, Problem.ValueName, Worded(Bench_.Language, Problem)});
+    }
+    Tfrm_report Report(Main_, Bench_,
+                       WithNumber(Bench_.Text(LanguageText(u"NotRemoved")), Rows.size()), Rows);
+    Report.Show();
+    Shot(u"14-report", Report);
+    Report.Close();
   }
 
   void Restore() {

@@ -1,5 +1,7 @@
 #include "ui/CheckForm.h"
 
+#include <algorithm>
+
 #include "controls/Button.h"
 #include "controls/ImageList.h"
 #include "controls/ImageProgress.h"
@@ -9,7 +11,9 @@
 #include "platform/win32/Win32.h"
 #include "ui/FormImages.h"
 #include "ui/FormTexts.h"
+#include "ui/ReportForm.h"
 #include "ui/Views.h"
+#include "ui/Wording.h"
 
 namespace hivesweep {
 
@@ -101,6 +105,11 @@ TFormTable CheckTable(TDialogMode Mode) {
                .Interval = 200},
           },
   };
+}
+
+bool AnyBrokenOff(const TScanRegistry &Engine) {
+  return std::ranges::any_of(Engine.AreaResults(),
+                             [](const TAreaResult &Area) { return !Area.Failure.empty(); });
 }
 
 } // namespace
@@ -218,10 +227,15 @@ void Tfrm_check::Timer1Timer(TComponent &) {}
 // ---- runs --------------------------------------------------------------------------------
 
 void Tfrm_check::bt_scanClick(TComponent &) {
+  const auto Now = static_cast<std::uint32_t>(GetMessageTime());
   if (!Bench_.Busy) {
+    StartedAt_ = Now;
     Run();
     return;
   }
+  // The second click of a double click is not meant for what the button has become.
+  if (Now - StartedAt_ <= GetDoubleClickTime())
+    return;
   StopRun();
   if (!IsScan())
     Close(); // when the run has ended
@@ -246,10 +260,13 @@ void Tfrm_check::Run() {
     throw;
   }
   EndRun();
+  if (!NotRemoved_.empty())
+    TellNotRemoved();
 }
 
 void Tfrm_check::BeginRun() {
   StopWanted_ = false;
+  NotRemoved_.clear();
   Bench_.Busy = true;
   const TLayoutPause Pause(*this);
   Status_.SetText(u"");
@@ -286,25 +303,49 @@ void Tfrm_check::Scan() {
   Timer_.SetEnabled(true);
 
   TLabelStatus StatusLabel(Status_);
-  TBarProgress ProgressBar(Progress_);
+  TBarProgress ProgressBar(Progress_, StopWanted_);
   Bench_.Engine.StartScan(reinterpret_cast<TWindowHandle>(Handle()), AreaFlags_, StatusLabel,
                           Bench_.Text(LanguageText(u"Scanlvstring")), ProgressBar);
   Bench_.Platform.Messages->PumpAll(); // the last areas' messages
+  ScanStopped_ = StopWanted_;
   ShowFound();
 }
 
 void Tfrm_check::ShowFound() {
   Bench_.Problems.BuildView(u"");
   const std::int32_t Count = Bench_.Problems.TotalCount();
-  Main_.SetWelcome(Count == 0 ? Bench_.Text(LanguageText(u"LabWelcomeFoundNone"))
-                              : ToDecimal(static_cast<std::uint64_t>(Count)) + u" " +
-                                    Bench_.Text(LanguageText(u"LabWelcomeFoundError")));
-  TBarProgress ProgressBar(Progress_);
+  TBarProgress ProgressBar(Progress_, StopWanted_);
   Bench_.SelectedCount = Bench_.Engine.GradeProblems(Bench_.RiskTexts(), ProgressBar);
+  Main_.SetWelcome(WelcomeText(Count));
+  if (ScanStopped_) {
+    Status_.SetText(Bench_.Text(LanguageText(u"Scanstopped")));
+    return;
+  }
   Clean_->RecordStatistics(Count, true);
   Status_.SetText(Bench_.Text(LanguageText(u"Scanfinish")));
-  if (!StopWanted_)
-    Progress_.Set(0, 1, 1); // where areas were left out, the work was estimated too high
+  Progress_.Set(0, 1, 1); // where areas were left out, the work was estimated too high
+}
+
+// How many problems there are, and why there may be more. "No problems" is said only of a
+// scan that has looked everywhere.
+std::u16string Tfrm_check::WelcomeText(std::int32_t Count) const {
+  std::vector<std::u16string> Sentences;
+  if (Count > 0)
+    Sentences.push_back(ToDecimal(static_cast<std::uint64_t>(Count)) + u" " +
+                        Bench_.Text(LanguageText(u"LabWelcomeFoundError")));
+  if (ScanStopped_)
+    Sentences.push_back(Bench_.Text(LanguageText(u"LabWelcomeStopped")));
+  else if (AnyBrokenOff(Bench_.Engine))
+    Sentences.push_back(Bench_.Text(LanguageText(u"LabWelcomeBrokenOff")));
+  else if (Count == 0)
+    Sentences.push_back(Bench_.Text(LanguageText(u"LabWelcomeFoundNone")));
+  if (const auto &Failures = Bench_.Engine.UnreadSettings(); !Failures.empty())
+    Sentences.push_back(Bench_.Text(LanguageText(u"LabWelcomeUnprotected")) + u" " +
+                        Bench_.Language.Words(Failures.front()) + u".");
+  std::u16string Text;
+  for (const std::u16string &Sentence : Sentences)
+    Text += (Text.empty() ? u"" : u" ") + Sentence;
+  return Text;
 }
 
 TAnswer Tfrm_check::Receive(const TMessage &Message) {
@@ -332,9 +373,17 @@ void Tfrm_check::AreaScanned(std::size_t Row, std::int32_t Count) {
     List_.SetCell(static_cast<int>(Row), StatusColumn, Text);
     List_.SetSubImage(static_cast<int>(Row), StatusColumn, Image);
   };
-  if (Count > 0)
-    Show(WithNumber(Bench_.Text(LanguageText(u"haveProblem")), static_cast<std::uint64_t>(Count)),
+  const auto Problems = [this](std::int32_t Number) {
+    return WithNumber(Bench_.Text(LanguageText(u"haveProblem")),
+                      static_cast<std::uint64_t>(Number));
+  };
+  // The message of an area that was broken off has no count of what it had listed.
+  if (const TAreaResult &Area = Bench_.Engine.AreaResults()[Row]; !Area.Failure.empty())
+    Show((Area.Listed > 0 ? Problems(Area.Listed) + u". " : u"") +
+             Bench_.Text(LanguageText(u"BrokenOff")) + u" " + Area.Failure,
          static_cast<int>(TIcon::RiskHigh));
+  else if (Count > 0)
+    Show(Problems(Count), static_cast<int>(TIcon::RiskHigh));
   else if (!StopWanted_)
     Show(Bench_.Text(LanguageText(u"NoProblem")), static_cast<int>(TIcon::RiskLow));
   else
@@ -364,9 +413,10 @@ void Tfrm_check::Fix() {
 
   const std::int32_t Before = Bench_.Problems.TotalCount();
   TLabelStatus StatusLabel(Status_);
-  TBarProgress ProgressBar(Progress_);
-  const TFixReport Report =
+  TBarProgress ProgressBar(Progress_, StopWanted_);
+  TFixReport Report =
       Clean_->BackupAndFix(Bench_.Problems, Bench_.Engine, StatusLabel, ProgressBar, Fixing);
+  NotRemoved_ = std::move(Report.NotRemoved);
   Bench_.SelectedCount = Bench_.Problems.CheckedCount();
   if (Report.Failure)
     ShowRefusal(Report);
@@ -386,6 +436,17 @@ void Tfrm_check::ShowFixed(std::int32_t Count) {
   Clean_->RecordStatistics(Count, false);
   Main_.SetWelcome(ToDecimal(static_cast<std::uint64_t>(Count)) + u" " +
                    Bench_.Text(LanguageText(u"LabWelcomefixed")));
+}
+
+// In a window of its own, also when the dialog is about to close: these problems have left
+// the list of problems, and nothing else names them.
+void Tfrm_check::TellNotRemoved() {
+  std::vector<TReportRow> Rows;
+  for (const TNotRemoved &Problem : NotRemoved_)
+    Rows.push_back({Problem.KeyPath, Problem.ValueName, Worded(Bench_.Language, Problem)});
+  Tfrm_report Report(*this, Bench_,
+                     WithNumber(Bench_.Text(LanguageText(u"NotRemoved")), Rows.size()), Rows);
+  Report.ShowModal();
 }
 
 } // namespace hivesweep

@@ -50,17 +50,22 @@ private:
   void StopRun();
   void Scan();
   void ShowFound();
+  std::u16string WelcomeText(std::int32_t Count) const;
   void Fix();
   void ShowRefusal(const TFixReport &Report);
   void ShowFixed(std::int32_t Count);
+  void TellNotRemoved();
   void AreaScanned(std::size_t Row, std::int32_t Count);
   void MarkNextArea(std::size_t Row);
 
   TWorkbench &Bench_;
   TMainView &Main_;
   std::unique_ptr<TRegistryClean> Clean_;
-  std::u16string AreaFlags_; // of the last scan: "1" for each row that it scans
-  bool StopWanted_ = false;  // of this run
+  std::vector<TNotRemoved> NotRemoved_; // by the last fix
+  std::u16string AreaFlags_;            // of the last scan: "1" for each row that it scans
+  bool StopWanted_ = false;             // of this run
+  bool ScanStopped_ = false;            // the last scan, before it had looked everywhere
+  std::uint32_t StartedAt_ = 0; // when the press that began it was made, in the system's ticks
 
   TListView &List_;
   TControl &Description_;

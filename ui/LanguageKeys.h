@@ -41,6 +41,10 @@ inline constexpr TLanguageText LanguageTexts[] = {
     {u"LabWelcomeFoundNone", u"No problems were found."},
     {u"LabWelcomeFoundError", u"problems were found. Click \"Start Fixing\" in the menu bar to fix "
                               u"the selected problems."},
+    {u"LabWelcomeStopped", u"The scan was stopped, so the list is not complete."},
+    {u"LabWelcomeBrokenOff", u"An error broke off at least one area, so the list is not complete."},
+    {u"LabWelcomeUnprotected", u"Nothing is selected, because what you want to keep may be in the "
+                               u"list:"},
     {u"LabWelcomefixed", u"problems were fixed. If you want to restore, you can click \"Restore\" "
                          u"in the menu bar to restore."},
     {u"NoErrorSelected", u"No problems selected."},
@@ -60,10 +64,21 @@ inline constexpr TLanguageText LanguageTexts[] = {
     {u"Scanlvstring", u"Scanning..."},
     {u"haveProblem", u"%d Problems"},
     {u"NoProblem", u"No Problems"},
+    {u"BrokenOff", u"Broken off:"},
     {u"Scanfinish", u"Scan completed."},
+    {u"Scanstopped", u"The scan was stopped."},
     {u"BackData", u"Backup data..."},
     {u"fixing", u"Fixing..."},
     {u"Repairfinish", u"Repaired successfully."},
+    {u"NotRemoved", u"%d problems were not removed. A new scan lists those that are still there."},
+    {u"WhyGone", u"It was gone already."},
+    {u"WhyDenied", u"Access was denied."},
+    {u"WhyFailed", u"The system reported an error."},
+    {u"WhyNotRecorded", u"It was left alone: it could not be recorded, or was changed meanwhile."},
+    {u"WhyIgnored", u"It was left alone: it is on the ignore list by now."},
+    {u"WhyListUnread", u"It was left alone: the ignore list could not be read any more."},
+    {u"WhyOtherKey", u"Its key could not be opened, so the value was removed from:"},
+    {u"CopyFailed", u"The list could not be copied, because another program uses the clipboard."},
     // The dialog of the backups.
     {u"RestoreMessage", u"You will perform a rollback with this backup. Continue?"},
     {u"RestoreSucMessage", u"The backup has been restored successfully!"},
@@ -213,6 +228,15 @@ inline constexpr TFormText FormTexts[] = {
     {u"frm_ignored", u"Bt_close.Caption", u"Close"},
     {u"frm_ignored", u"SelectAll1.Caption", u"Select All"},
     {u"frm_ignored", u"SelectAll2.Caption", u"Deselect All"},
+
+    {u"frm_report", u"frm_report.Caption", u"Report"},
+    {u"frm_report", u"Lv_report.Columns[0].Caption", u"Registry key or file"},
+    {u"frm_report", u"Lv_report.Columns[1].Caption", u"Value"},
+    {u"frm_report", u"Lv_report.Columns[2].Caption", u"Reason"},
+    {u"frm_report", u"CopyRow.Caption", u"Copy"},
+    {u"frm_report", u"CopyAll.Caption", u"Copy All"},
+    {u"frm_report", u"Bt_copy.Caption", u"Copy All"},
+    {u"frm_report", u"Bt_close.Caption", u"Close"},
 
     {u"frm_rescue", u"frm_rescue.Caption", u"Restore"},
     {u"frm_rescue", u"Label_warning.Caption",

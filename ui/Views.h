@@ -20,15 +20,21 @@ private:
   TControl &Label_;
 };
 
+// Stopped: of the run. What is left of a run that was stopped passes at once, and moves
+// the bar no more.
 class TBarProgress final : public TProgressBar {
 public:
-  explicit TBarProgress(TImageProgress &Bar) : Bar_(Bar) {}
+  TBarProgress(TImageProgress &Bar, const bool &Stopped) : Bar_(Bar), Stopped_(Stopped) {}
 
 protected:
-  void Changed() override { Bar_.Set(Min(), Max(), Position()); }
+  void Changed() override {
+    if (!Stopped_)
+      Bar_.Set(Min(), Max(), Position());
+  }
 
 private:
   TImageProgress &Bar_;
+  const bool &Stopped_;
 };
 
 // The rows of a plain list, none of them checked.

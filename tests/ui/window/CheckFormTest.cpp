@@ -71,14 +71,23 @@ class CheckForm : public testing::Test {
 protected:
   CheckForm() {
     Script = {};
+    SetDoubleClickTime(ShortTime);
     Main.Show();
   }
+  ~CheckForm() override { SetDoubleClickTime(DoubleClickTime); }
 
   // Shows it over the main window and presses its button; until it is closed.
   static void RunModal(Tfrm_check &Dialog) {
     PostClick(Dialog.Find<TButton>(u"bt_scan"));
     EXPECT_TRUE(ShowModalForm(Dialog));
   }
+  // As a user does who has seen what the button has become.
+  static void PressLater(const TControl &Button) {
+    Sleep(2 * ShortTime);
+    Press(Button);
+  }
+  static constexpr UINT ShortTime = 20;
+  const UINT DoubleClickTime = GetDoubleClickTime();
   TSettings Settings() { return {Bench.Platform, Data.Paths.MainIniPath}; }
 
   std::function<void()> OnPump;
@@ -289,6 +298,8 @@ TEST_F(CheckForm, TellsTheMainWindowHowManyThereAreAndHowManyAreSelected) {
 TEST_F(CheckForm, StopEndsAScanAndShowsWhatWasFoundUntilThen) {
   Tfrm_check Dialog(Main, Bench, Main);
   Dialog.Show();
+  auto &Progress = Dialog.Find<TImageProgress>(u"ImageProgress_1");
+  int Filled = 0;
   const auto &Scan = Dialog.Find<TButton>(u"bt_scan");
   Script.Finds = {{4, 1}, {9, 5}};
   // cppcheck-suppress danglingLifetime ; the script ends with the test
@@ -298,9 +309,10 @@ TEST_F(CheckForm, StopEndsAScanAndShowsWhatWasFoundUntilThen) {
     // Without an area checked any more, Stop has to work all the same.
     Dialog.Find<TMenuItem>(u"SelectAll2").Click();
     EXPECT_TRUE(Scan.Enabled());
-    Press(Scan);
+    PressLater(Scan);
     EXPECT_TRUE(Bench.Engine.Stopped);
     EXPECT_TRUE(Bench.Busy);
+    Filled = Progress.Filled();
   };
   Press(Scan);
   TNames Wanted(AreaCount);
@@ -310,11 +322,76 @@ TEST_F(CheckForm, StopEndsAScanAndShowsWhatWasFoundUntilThen) {
   EXPECT_EQ(Script.Runs, (std::map<int, int>{{1, 1}, {4, 1}}));
   EXPECT_EQ(Bench.SelectedCount, 1);
   EXPECT_TRUE(Main.Welcome.starts_with(u"1 problems were found."));
+  EXPECT_TRUE(Main.Welcome.ends_with(u"The scan was stopped, so the list is not complete."));
+  EXPECT_EQ(Dialog.Find<TControl>(u"Lab_status").Text(), u"The scan was stopped.");
+  EXPECT_EQ(Progress.Filled(), Filled);
+  EXPECT_LT(Filled, Progress.Bounds().Width / 2);
+  EXPECT_EQ(Settings().LastScan(u"none"), u"none");
   EXPECT_EQ(std::count(Main.Happened.begin(), Main.Happened.end(), u"BeginRun"), 1);
   EXPECT_FALSE(Bench.Busy);
   EXPECT_TRUE(Dialog.Visible());
   EXPECT_EQ(Scan.Text(), u"Scan");
   EXPECT_FALSE(Scan.Enabled()) << "no area is checked any more";
+}
+
+TEST_F(CheckForm, ADoubleClickOnScanStopsNothing) {
+  Tfrm_check Dialog(Main, Bench, Main);
+  Dialog.Show();
+  const auto &Scan = Dialog.Find<TButton>(u"bt_scan");
+  SetDoubleClickTime(5000);
+  // cppcheck-suppress danglingLifetime ; the script ends with the test
+  Script.During = [&](int) { Press(Scan); };
+  Press(Scan);
+  EXPECT_EQ(Script.Runs.size(), 3U) << "all areas that are on";
+  EXPECT_EQ(Main.Welcome, u"No problems were found.");
+
+  SetDoubleClickTime(ShortTime);
+  // cppcheck-suppress danglingLifetime ; the script ends with the test
+  Script.During = [&](int) { PressLater(Scan); };
+  Press(Scan);
+  EXPECT_EQ(Main.Welcome, u"The scan was stopped, so the list is not complete.");
+}
+
+TEST_F(CheckForm, AnAreaThatWasBrokenOffSaysSoAndWhatItHasListed) {
+  Tfrm_check Dialog(Main, Bench, Main);
+  Dialog.Show();
+  Script.Finds = {{4, 2}};
+  Script.During = [](int Area) {
+    if (Area != 9)
+      throw std::runtime_error("broken hive");
+  };
+  Press(Dialog.Find<TButton>(u"bt_scan"));
+  EXPECT_EQ(Status(Dialog, 0), u"Broken off: broken hive 20");
+  EXPECT_EQ(Status(Dialog, 3), u"2 Problems. Broken off: broken hive 20");
+  EXPECT_EQ(Status(Dialog, 8), u"No Problems 18");
+  EXPECT_TRUE(Main.Welcome.starts_with(u"2 problems were found.")) << ToUtf8(Main.Welcome);
+  EXPECT_TRUE(Main.Welcome.ends_with(u"so the list is not complete.")) << ToUtf8(Main.Welcome);
+}
+
+TEST_F(CheckForm, WhatAHandlerThrowsInAScanIsNoFailureOfAnArea) {
+  struct TThrowing final : TTestMain {
+    TAnswer Receive(const TMessage &Message) override {
+      if (Message.Id == WM_APP)
+        throw std::runtime_error("a handler");
+      return TForm::Receive(Message);
+    }
+  } Other;
+  Tfrm_check Dialog(Main, Bench, Main);
+  Dialog.Show();
+  // cppcheck-suppress danglingLifetime ; the script ends with the test
+  Script.During = [&](int Area) {
+    if (Area != 4)
+      return;
+    PostMessageW(Other.Handle(), WM_APP, 0, 0);
+    Sleep(ShortTime); // the window's pump handles messages once per tick
+    Bench.Engine.Pump();
+  };
+  EXPECT_THROW(Press(Dialog.Find<TButton>(u"bt_scan")), std::runtime_error);
+  EXPECT_EQ(Script.Runs, (std::map<int, int>{{1, 1}, {4, 1}})) << "it stopped";
+  for (const TAreaResult &Area : Bench.Engine.AreaResults())
+    EXPECT_EQ(Area.Failure, u"");
+  EXPECT_FALSE(Bench.Busy);
+  EXPECT_EQ(Main.Happened.back(), u"EndRun of a scan");
 }
 
 TEST_F(CheckForm, ClosingStopsAScanAndWaitsForItsEnd) {
@@ -521,7 +598,7 @@ TEST_F(FixDialog, StopAndCloseEndAFixBetweenTwoProblems) {
       if (Asked || !C.When(Dialog))
         return;
       Asked = true;
-      Press(Dialog.Find<TButton>(C.Button));
+      PressLater(Dialog.Find<TButton>(C.Button));
       EXPECT_TRUE(Dialog.Visible()) << "the fix still works with it";
     };
     RunModal(Dialog);

@@ -8,6 +8,7 @@
 #include "ui/FormTexts.h"
 #include "ui/IgnoredForm.h"
 #include "ui/MainForm.h"
+#include "ui/ReportForm.h"
 #include "ui/RescueForm.h"
 
 namespace hivesweep {
@@ -62,7 +63,8 @@ TEST(FormTexts, EveryTextOfADialogHasItsKeyAndEveryKeyItsText) {
   Tfrm_check Check(Main, Bench, Main);
   Tfrm_rescue Rescue(Main, Bench);
   Tfrm_ignored Ignored(Main, Bench, Main);
-  for (TForm *const Dialog : std::initializer_list<TForm *>{&Check, &Rescue, &Ignored})
+  Tfrm_report Report(Main, Bench, u"", {});
+  for (TForm *const Dialog : std::initializer_list<TForm *>{&Check, &Rescue, &Ignored, &Report})
     ExpectSameKeys(*Dialog);
 }
 

@@ -12,6 +12,7 @@
 #include "ui/CheckForm.h"
 #include "ui/IgnoredForm.h"
 #include "ui/MainForm.h"
+#include "ui/ReportForm.h"
 #include "ui/RescueForm.h"
 
 namespace hivesweep {
@@ -33,6 +34,10 @@ const std::vector<TMakeDialog> &Dialogs() {
         return std::make_unique<Tfrm_ignored>(Main, Bench, Main);
       },
       [](Tfrm_main &Main, TWorkbench &Bench) { return std::make_unique<Tfrm_rescue>(Main, Bench); },
+      [](Tfrm_main &Main, TWorkbench &Bench) {
+        return std::make_unique<Tfrm_report>(Main, Bench, Bench.Text(LanguageText(u"NotRemoved")),
+                                             std::vector<TReportRow>(3));
+      },
   };
   return Makers;
 }
