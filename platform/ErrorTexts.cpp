@@ -71,22 +71,24 @@ std::u16string WithParameters(std::u16string_view Text, const TError &Error) {
 std::span<const TErrorText> ErrorTexts() { return Texts; }
 
 std::u16string ErrorWords(const TError &Error,
-                          const std::function<std::u16string(const TErrorText &Text)> &TextOf) {
+                          const std::function<std::u16string(const TErrorText &Text)> &TextOf,
+                          const std::function<std::u16string(std::uint32_t Number)> &SystemTextOf) {
   std::u16string Out;
   if (Error.Code == TErrorCode::System)
-    Out = SystemErrorText(Error.Number);
+    Out = SystemTextOf(Error.Number);
   else if (Error.Code == TErrorCode::Subject)
     Out = Error.Subject;
   else if (const auto *const Text = std::ranges::find(Texts, Error.Code, &TErrorText::Code);
            Text != std::end(Texts))
     Out = WithParameters(TextOf(*Text), Error);
   for (const TError &Cause : Error.Cause)
-    Out.append(u": ").append(ErrorWords(Cause, TextOf));
+    Out.append(u": ").append(ErrorWords(Cause, TextOf, SystemTextOf));
   return Out;
 }
 
 std::u16string EnglishWords(const TError &Error) {
-  return ErrorWords(Error, [](const TErrorText &Text) { return std::u16string(Text.English); });
+  return ErrorWords(
+      Error, [](const TErrorText &Text) { return std::u16string(Text.English); }, SystemErrorText);
 }
 
 } // namespace hivesweep

@@ -19,10 +19,11 @@ struct TErrorText {
 // One row for each code that has words of its own.
 std::span<const TErrorText> ErrorTexts();
 
-// The failure as a sentence, with its causes behind colons. TextOf answers a row's text in
-// the language that is wanted.
+// The failure as a sentence, with its causes behind colons. TextOf answers a row's text, and
+// SystemTextOf the words for an error number of the system, in the language that is wanted.
 std::u16string ErrorWords(const TError &Error,
-                          const std::function<std::u16string(const TErrorText &Text)> &TextOf);
+                          const std::function<std::u16string(const TErrorText &Text)> &TextOf,
+                          const std::function<std::u16string(std::uint32_t Number)> &SystemTextOf);
 
 std::u16string EnglishWords(const TError &Error);
 

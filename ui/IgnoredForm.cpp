@@ -130,10 +130,16 @@ std::vector<std::u16string> Tfrm_ignored::CheckedKeys() const {
 void Tfrm_ignored::UpdateRemoveButton() { Remove_.SetEnabled(!CheckedKeys().empty()); }
 
 void Tfrm_ignored::Bt_removeClick(TComponent &) {
+  TError Error; // the first; what can't be removed is still in the list
   for (const std::u16string &Key : CheckedKeys())
-    Clean_->IgnoreList.Remove(Key); // a key that can't be removed is still in the list
+    if (TError Failed = Clean_->IgnoreList.Remove(Key); Failed && !Error)
+      Error = std::move(Failed);
   Main_.RefreshCounts();
   FillList();
+  if (Error)
+    ShowMessage(this,
+                Bench_.Text(LanguageText(u"UnignoreFailed")) + u" " + Bench_.Language.Words(Error),
+                Bench_.Text(LanguageText(u"Title")), TMessageKind::Warning);
 }
 
 } // namespace hivesweep

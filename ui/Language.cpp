@@ -102,8 +102,14 @@ std::u16string TLanguage::TextOr(std::u16string_view Key, std::u16string_view De
 }
 
 std::u16string TLanguage::Words(const TError &Error) const {
-  return ErrorWords(Error,
-                    [this](const TErrorText &Text) { return TextOr(Text.Key, Text.English); });
+  return ErrorWords(
+      Error, [this](const TErrorText &Text) { return TextOr(Text.Key, Text.English); },
+      [this](std::uint32_t Number) {
+        const TSystemErrorText *Found = std::begin(SystemErrorTexts);
+        while (Found->Number != Number && Found->Number != 0)
+          ++Found;
+        return WithNumber(TextOr(Found->Text), Number);
+      });
 }
 
 std::u16string TLanguage::ReadFileString(std::u16string_view Section, std::u16string_view Key,

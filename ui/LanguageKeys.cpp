@@ -24,6 +24,8 @@ void AddSingleTexts(std::vector<TFileText> &Out) {
     Add(Text.Key, Text.English);
   for (const TErrorText &Text : ErrorTexts())
     Add(Text.Key, Text.English);
+  for (const TSystemErrorText &Error : SystemErrorTexts)
+    Add(Error.Text.Key, Error.Text.English);
   for (const TArea &Area : Areas)
     Add(AreaCaptionKey(Area), Area.Caption);
   for (std::size_t Label = 0; Label < EnglishLabels.size(); ++Label)

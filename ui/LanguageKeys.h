@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,6 +50,7 @@ inline constexpr TLanguageText LanguageTexts[] = {
                          u"in the menu bar to restore."},
     {u"NoErrorSelected", u"No problems selected."},
     {u"IgnoreFailed", u"The problem could not be ignored:"},
+    {u"UnignoreFailed", u"The key is still on the ignore list:"},
     {u"LimitedRights", u"Without administrator rights, entries that belong to the whole computer "
                        u"cannot be removed."},
     {u"AboutMessage", u"Hivesweep finds and removes registry entries that point at things that "
@@ -70,7 +72,8 @@ inline constexpr TLanguageText LanguageTexts[] = {
     {u"BackData", u"Backup data..."},
     {u"fixing", u"Fixing..."},
     {u"Repairfinish", u"Repaired successfully."},
-    {u"NotRemoved", u"%d problems were not removed. A new scan lists those that are still there."},
+    {u"NotRemoved",
+     u"Problems that were not removed: %d. A new scan lists those that are still there."},
     {u"WhyGone", u"It was gone already."},
     {u"WhyDenied", u"Access was denied."},
     {u"WhyFailed", u"The system reported an error."},
@@ -84,7 +87,36 @@ inline constexpr TLanguageText LanguageTexts[] = {
     {u"RestoreSucMessage", u"The backup has been restored successfully!"},
     {u"DeleteMessage", u"You will delete this backup. Continue?"},
     {u"RestoreFailed", u"The backup was not restored completely:"},
+    {u"NotRestored", u"entries that could not be restored: %d"},
     {u"DeleteFailed", u"The backup could not be deleted:"},
+};
+
+// The system speaks its own language, which need not be the user's: these stand in place of
+// its words for its errors. The last is for all others, and "%d" is the error's number.
+struct TSystemErrorText {
+  std::uint32_t Number;
+  TLanguageText Text;
+};
+inline constexpr TSystemErrorText SystemErrorTexts[] = {
+    {2, {u"System2", u"the file was not found"}},
+    {3, {u"System3", u"the folder was not found"}},
+    {5, {u"System5", u"access was denied"}},
+    {8, {u"System8", u"there is not enough memory"}},
+    {15, {u"System15", u"the drive was not found"}},
+    {19, {u"System19", u"the disk is write-protected"}},
+    {21, {u"System21", u"the drive is not ready"}},
+    {23, {u"System23", u"the disk is damaged"}},
+    {32, {u"System32", u"another program uses the file"}},
+    {33, {u"System33", u"another program has locked a part of the file"}},
+    {39, {u"System39", u"the disk is full"}},
+    {112, {u"System112", u"the disk is full"}},
+    {123, {u"System123", u"the name is not valid"}},
+    {183, {u"System183", u"there is something of that name already"}},
+    {206, {u"System206", u"the name is too long"}},
+    {267, {u"System267", u"it is no folder"}},
+    {1117, {u"System1117", u"the drive reports an error"}},
+    {1392, {u"System1392", u"the file is damaged"}},
+    {0, {u"SystemOther", u"the system reports the error %d"}},
 };
 
 // What the window says about each area, by area number - 1.

@@ -14,7 +14,7 @@ TFormTable ReportTable() {
   return {
       .Name = u"frm_report",
       .Caption = u"Report",
-      .Size = {480, 240},
+      .Size = {480, 300},
       .Start = TSize{760, 400},
       .Resizable = true,
       .On = {{TEvent::Show, u"FormShow"}},
@@ -38,20 +38,27 @@ TFormTable ReportTable() {
               {.Name = u"Lv_report",
                .Kind = TKind::ListView,
                .Place = {16, 42, 448, 140},
-               .On = {{TEvent::Data, u"Lv_reportData"}, {TEvent::Copy, u"CopyRowClick"}},
+               .On = {{TEvent::Data, u"Lv_reportData"},
+                      {TEvent::MouseDown, u"Lv_reportMouseDown"},
+                      {TEvent::Copy, u"CopyRowClick"}},
                .Anchors = Edges::All,
                .Virtual = true,
                .Columns = {{u"Registry key or file", 300}, {u"Value", 100}, {u"Reason", 160}},
                .Popup = u"PopupMenu1"},
+              {.Name = u"Lab_reason", // of the selected row, as long as it is
+               .Place = {16, 190, 448, 50},
+               .Anchors = Edges::Bottom,
+               .Wrapped = true,
+               .Ellipsis = true},
               {.Name = u"Bt_copy",
                .Kind = TKind::Button,
-               .Place = {288, 198, 84, 26},
+               .Place = {288, 258, 84, 26},
                .Caption = u"Copy All",
                .On = {{TEvent::Click, u"Bt_copyClick"}},
                .Anchors = Edges::BottomRight},
               {.Name = u"Bt_close",
                .Kind = TKind::Button,
-               .Place = {380, 198, 84, 26},
+               .Place = {380, 258, 84, 26},
                .Caption = u"Close",
                .On = {{TEvent::Click, u"Bt_closeClick"}},
                .Anchors = Edges::BottomRight,
@@ -84,11 +91,13 @@ Tfrm_report::Tfrm_report(TForm &Above, TWorkbench &Bench, std::u16string_view Su
   Find<TControl>(u"Lab_summary").SetText(Summary);
   List_.SetRowCount(static_cast<int>(Rows_.size()));
   List_.FitLastColumn();
+  List_.Select(Rows_.empty() ? -1 : 0);
 }
 
 std::vector<TNamedHandler> Tfrm_report::Handlers() {
   return {Handler(u"FormShow", this, &Tfrm_report::FormShow),
           Handler(u"Lv_reportData", this, &Tfrm_report::Lv_reportData),
+          Handler(u"Lv_reportMouseDown", this, &Tfrm_report::Lv_reportMouseDown),
           Handler(u"CopyRowClick", this, &Tfrm_report::CopyRowClick),
           Handler(u"Bt_copyClick", this, &Tfrm_report::Bt_copyClick),
           Handler(u"Bt_closeClick", this, &Tfrm_report::Bt_closeClick)};
@@ -96,6 +105,7 @@ std::vector<TNamedHandler> Tfrm_report::Handlers() {
 
 void Tfrm_report::FormShow(TComponent &) {
   Translate(Bench_.Language, *this);
+  ShowReason();
   GiveFocus(List_);
 }
 
@@ -106,6 +116,14 @@ void Tfrm_report::Lv_reportData(TListView &, int Row, TListCells &Cells) {
     return;
   for (std::u16string &Text : CellsOf(Rows_[static_cast<std::size_t>(Row)]))
     Cells.Texts.push_back(std::move(Text));
+}
+
+void Tfrm_report::Lv_reportMouseDown(TComponent &) { ShowReason(); }
+
+void Tfrm_report::ShowReason() {
+  const int Row = List_.Selected();
+  Find<TControl>(u"Lab_reason")
+      .SetText(Row < 0 ? u"" : Visible(Rows_[static_cast<std::size_t>(Row)].Reason));
 }
 
 void Tfrm_report::CopyRowClick(TComponent &) {

@@ -29,10 +29,12 @@ private:
   std::vector<TNamedHandler> Handlers();
   void FormShow(TComponent &Sender);
   void Lv_reportData(TListView &Sender, int Row, TListCells &Cells);
+  void Lv_reportMouseDown(TComponent &Sender);
   void CopyRowClick(TComponent &Sender);
   void Bt_copyClick(TComponent &Sender);
   void Bt_closeClick(TComponent &Sender);
 
+  void ShowReason();
   void Copy(int First, int Count);
 
   TWorkbench &Bench_;

@@ -7,7 +7,9 @@
 #include "controls/ListView.h"
 #include "controls/Timer.h"
 #include "ui/FormTexts.h"
+#include "ui/ReportForm.h"
 #include "ui/Views.h"
+#include "ui/Wording.h"
 
 namespace hivesweep {
 
@@ -74,13 +76,17 @@ TFormTable RescueTable() {
 
 // What did not go as it should have, the gravest thing first; empty when all went well.
 std::u16string FailureOf(const TLanguage &Language, const TRestoreReport &Report) {
+  std::u16string Text;
+  const auto Add = [&Text](const std::u16string &Words) {
+    Text += (Text.empty() ? u"" : u"; ") + Words;
+  };
   if (Report.Failure)
-    return Language.Words(Report.Failure);
-  if (!Report.NotRestored.empty()) {
-    const TPutFailure &First = Report.NotRestored.front();
-    return First.Value.empty() ? First.Path : First.Path + u", " + First.Value;
-  }
-  return Report.Notes.empty() ? u"" : Language.Words(Report.Notes.front());
+    Add(Language.Words(Report.Failure));
+  if (!Report.NotRestored.empty())
+    Add(WithNumber(Language.TextOr(LanguageText(u"NotRestored")), Report.NotRestored.size()));
+  for (const TError &Note : Report.Notes)
+    Add(Language.Words(Note));
+  return Text;
 }
 
 // The name that FillRows put into the row: always its last cell.
@@ -242,6 +248,20 @@ void Tfrm_rescue::RestoreEnded() {
   ShowFailure(LanguageText(u"RestoreFailed"), FailureOf(Bench_.Language, Clean_->RestoreReport()));
   FillList(SelectedEntry()); // what undoes the restore is one of them now
   UpdateButtons();
+  TellNotRestored();
+}
+
+void Tfrm_rescue::TellNotRestored() {
+  const TRestoreReport &Restored = Clean_->RestoreReport();
+  if (Restored.NotRestored.empty())
+    return;
+  std::vector<TReportRow> Rows;
+  for (const TPutFailure &Failure : Restored.NotRestored)
+    Rows.push_back({Failure.Path, Failure.Value, Worded(Bench_.Language, Failure)});
+  Tfrm_report Report(*this, Bench_,
+                     WithNumber(Bench_.Text(LanguageText(u"NotRestored")), Rows.size()) + u".",
+                     Rows);
+  Report.ShowModal();
 }
 
 void Tfrm_rescue::Button2Click(TComponent &) {

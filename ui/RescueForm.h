@@ -33,6 +33,7 @@ private:
   // A restore is being begun, is under way, or is being brought to its end.
   bool IsRestoring() const { return Restoring_ || Working_; }
   void RestoreEnded();
+  void TellNotRestored();
   void FillList(const std::u16string &Selected);
   std::u16string SelectedEntry() const;
   std::u16string CommandedName(int Row) const;

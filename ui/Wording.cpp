@@ -23,4 +23,9 @@ std::u16string Worded(const TLanguage &Language, const TNotRemoved &Problem) {
   return Language.TextOr(LanguageText(u"WhyFailed"));
 }
 
+std::u16string Worded(const TLanguage &Language, const TPutFailure &Failure) {
+  return Language.TextOr(Failure.Status == TRegStatus::Denied ? LanguageText(u"WhyDenied")
+                                                              : LanguageText(u"WhyFailed"));
+}
+
 } // namespace hivesweep

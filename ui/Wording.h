@@ -11,4 +11,7 @@ namespace hivesweep {
 // Why a problem was not removed: a sentence.
 std::u16string Worded(const TLanguage &Language, const TNotRemoved &Problem);
 
+// Why something was not put back: a sentence.
+std::u16string Worded(const TLanguage &Language, const TPutFailure &Failure);
+
 } // namespace hivesweep

@@ -8,6 +8,8 @@
 #include "platform/DiskFile.h"
 #include "tests/platform/TestHosts.h"
 #include "tests/ui/DiskFiles.h"
+#include "tests/ui/NoEnglish.h"
+#include "ui/Wording.h"
 
 namespace hivesweep {
 namespace {
@@ -255,6 +257,31 @@ TEST(ShippedLanguages, AreComplete) {
       Types.insert(Language.TextOr(ProblemTypeKey(static_cast<TProblemType>(Type)), u""));
     EXPECT_EQ(Types.size(), EnglishLabels.size()) << "two types of problems have one text";
   }
+}
+
+TEST(ShippedLanguages, GermanWordsEveryFailureWithoutEnglish) {
+  TPlatform Platform = ProgramIn(SHIPPED_FOLDER);
+  TLanguage Language(Platform, u"Hivesweep");
+  Language.SetLanguage(u"German");
+  TLines Texts;
+  for (auto Code = static_cast<int>(TErrorCode::None) + 1;
+       Code <= static_cast<int>(TErrorCode::Last); ++Code)
+    Texts.push_back(Language.Words({static_cast<TErrorCode>(Code), u"<>", 7, {}}));
+  for (const std::uint32_t Number : {2U, 5U, 1U, 4711U})
+    Texts.push_back(Language.Words(About(u"<>", SystemError(Number))));
+  TNotRemoved Problem;
+  for (int Why = 0; Why <= static_cast<int>(TRemoval::FromOtherKey); ++Why) {
+    Problem.Why = static_cast<TRemoval>(Why);
+    Texts.push_back(Worded(Language, Problem));
+  }
+  for (const TRegStatus Status : {TRegStatus::Denied, TRegStatus::Failed})
+    Texts.push_back(Worded(Language, TPutFailure{u"<>", u"", Status}));
+  for (const std::u16string &Text : Texts) {
+    EXPECT_NE(Text, u"");
+    EXPECT_EQ(ToUtf8(EnglishIn(Language, Text)), "") << ToUtf8(Text);
+  }
+  EXPECT_NE(EnglishIn(Language, EnglishWords({TErrorCode::NoSuchBackup})), u"")
+      << "it would find it";
 }
 
 } // namespace

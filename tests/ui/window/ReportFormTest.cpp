@@ -60,7 +60,7 @@ TEST(ReportForm, TellsRowByRowWhatAFixCouldNotRemoveAndWhy) {
                          [&](TForm &Report) {
                            EXPECT_TRUE(Report.Find<TControl>(u"Lab_summary")
                                            .Text()
-                                           .starts_with(u"2 Probleme wurden nicht entfernt."));
+                                           .starts_with(u"Nicht entfernte Probleme: 2."));
                            EXPECT_EQ(Report.Find<TListView>(u"Lv_report").RowCount(), 2);
                            Report.Find<TButton>(u"Bt_copy").Click();
                            EXPECT_EQ(ToUtf8(Copied()), ToUtf8(Table));
