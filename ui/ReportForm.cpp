@@ -70,7 +70,7 @@ TFormTable ReportTable() {
 
 // The registry may hold any unit in a name. One that would end the text, or its cell in a
 // table, is shown as a dot.
-std::u16string Visible(std::u16string_view Text) {
+std::u16string AsShown(std::u16string_view Text) {
   std::u16string Out(Text);
   for (char16_t &Unit : Out)
     if (Unit < u' ' || Unit == u'\x7F')
@@ -79,7 +79,7 @@ std::u16string Visible(std::u16string_view Text) {
 }
 
 std::array<std::u16string, 3> CellsOf(const TReportRow &Row) {
-  return {Visible(Row.Path), Visible(Row.Value), Visible(Row.Reason)};
+  return {AsShown(Row.Path), AsShown(Row.Value), AsShown(Row.Reason)};
 }
 
 } // namespace
@@ -123,7 +123,7 @@ void Tfrm_report::Lv_reportMouseDown(TComponent &) { ShowReason(); }
 void Tfrm_report::ShowReason() {
   const int Row = List_.Selected();
   Find<TControl>(u"Lab_reason")
-      .SetText(Row < 0 ? u"" : Visible(Rows_[static_cast<std::size_t>(Row)].Reason));
+      .SetText(Row < 0 ? u"" : AsShown(Rows_[static_cast<std::size_t>(Row)].Reason));
 }
 
 void Tfrm_report::CopyRowClick(TComponent &) {

@@ -36,9 +36,9 @@ inline std::u16string EnglishIn(const TLanguage &Language, std::u16string_view T
   for (const TFileText &Each : AllFileTexts()) {
     English.merge(WordsIn(Each.English));
     // A line that nobody has translated vouches for no word.
-    if (const std::u16string Text = Language.ReadFileString(Each.Section, Each.Key, u"");
-        Text != Each.English)
-      Own.merge(WordsIn(Text));
+    if (const std::u16string Line = Language.ReadFileString(Each.Section, Each.Key, u"");
+        Line != Each.English)
+      Own.merge(WordsIn(Line));
   }
   for (std::uint32_t Number = 1; Number < 300; ++Number)
     English.merge(WordsIn(SystemErrorText(Number)));

@@ -245,8 +245,8 @@ TEST_F(CheckForm, AScanTellsWhatItFoundAreaByArea) {
   EXPECT_FALSE(Bench.Busy);
   EXPECT_EQ(Main.Happened,
             (TNames{u"BeginRun", u"ClearCounts", u"SetWelcome", u"EndRun of a scan"}));
-  EXPECT_NE(Settings().LastScan(u"none"), u"none");
-  EXPECT_EQ(Settings().LastClean(u"none"), u"none");
+  EXPECT_NE(Settings().Summary(u"none").LastScan, u"none");
+  EXPECT_EQ(Settings().Summary(u"none").LastClean, u"none");
 }
 
 TEST_F(CheckForm, TellsTheMainWindowHowManyThereAreAndHowManyAreSelected) {
@@ -326,7 +326,7 @@ TEST_F(CheckForm, StopEndsAScanAndShowsWhatWasFoundUntilThen) {
   EXPECT_EQ(Dialog.Find<TControl>(u"Lab_status").Text(), u"The scan was stopped.");
   EXPECT_EQ(Progress.Filled(), Filled);
   EXPECT_LT(Filled, Progress.Bounds().Width / 2);
-  EXPECT_EQ(Settings().LastScan(u"none"), u"none");
+  EXPECT_EQ(Settings().Summary(u"none").LastScan, u"none");
   EXPECT_EQ(std::count(Main.Happened.begin(), Main.Happened.end(), u"BeginRun"), 1);
   EXPECT_FALSE(Bench.Busy);
   EXPECT_TRUE(Dialog.Visible());
@@ -366,6 +366,20 @@ TEST_F(CheckForm, AnAreaThatWasBrokenOffSaysSoAndWhatItHasListed) {
   EXPECT_EQ(Status(Dialog, 8), u"No Problems 18");
   EXPECT_TRUE(Main.Welcome.starts_with(u"2 problems were found.")) << ToUtf8(Main.Welcome);
   EXPECT_TRUE(Main.Welcome.ends_with(u"so the list is not complete.")) << ToUtf8(Main.Welcome);
+}
+
+TEST_F(CheckForm, AScanWithoutTheIgnoreListSaysWhyNothingIsSelected) {
+  Tfrm_check Dialog(Main, Bench, Main);
+  Dialog.Show();
+  const std::u16string &Ignore = Data.Paths.IgnoreIniPath;
+  ASSERT_TRUE(CreateDirectoryW(Wide(Ignore), nullptr)); // what can't be read as a file
+  Script.Finds = {{4, 2}};
+  Press(Dialog.Find<TButton>(u"bt_scan"));
+  EXPECT_EQ(Bench.SelectedCount, 0);
+  EXPECT_TRUE(Main.Welcome.starts_with(u"2 problems were found.")) << ToUtf8(Main.Welcome);
+  EXPECT_NE(Main.Welcome.find(u"Nothing is selected, because"), std::u16string::npos);
+  EXPECT_NE(Main.Welcome.find(Ignore), std::u16string::npos) << ToUtf8(Main.Welcome);
+  EXPECT_TRUE(RemoveDirectoryW(Wide(Ignore)));
 }
 
 TEST_F(CheckForm, WhatAHandlerThrowsInAScanIsNoFailureOfAnArea) {
@@ -508,7 +522,7 @@ TEST_F(FixDialog, BacksUpThenRemovesWhatIsSelectedAndTellsEachStep) {
   EXPECT_EQ(Main.Welcome, u"2 problems were fixed. If you want to restore, you can click "
                           u"\"Restore\" in the menu bar to restore.");
   EXPECT_EQ(Main.Happened, (TNames{u"BeginRun", u"SetWelcome", u"EndRun of a fix"}));
-  EXPECT_EQ(Settings().Total(), 2);
+  EXPECT_EQ(Settings().Summary(u"").Total, 2);
   EXPECT_EQ(Fix.Text(), u"Fix Now");
   EXPECT_FALSE(Fix.Enabled()) << "nothing is left to do";
   EXPECT_FALSE(Bench.Busy);
@@ -528,8 +542,8 @@ TEST_F(FixDialog, WithoutABackupNothingIsRemovedAndNothingIsCalledASuccess) {
   EXPECT_TRUE(Label.Text().starts_with(u"Nothing was fixed, because no backup could be written."))
       << ToUtf8(Label.Text());
   EXPECT_EQ(Main.Happened, (TNames{u"BeginRun", u"EndRun of a fix"}));
-  EXPECT_EQ(Settings().Total(), 0);
-  EXPECT_EQ(Settings().LastClean(u"none"), u"none");
+  EXPECT_EQ(Settings().Summary(u"").Total, 0);
+  EXPECT_EQ(Settings().Summary(u"none").LastClean, u"none");
   EXPECT_EQ(Bench.SelectedCount, 2);
 
   Bench.Platform.Storage->Remove(Folder);
@@ -564,7 +578,7 @@ TEST_F(FixDialog, TheEndOfTheSessionEndsAFixWithItsBackupWhole) {
   EXPECT_EQ(Bench.Problems.TotalCount(), 2) << "no other problem was begun";
   ASSERT_EQ(Data.Backups().size(), 1U);
   EXPECT_TRUE(Data.Backups().front().starts_with(u"backup"));
-  EXPECT_EQ(Settings().Total(), 1);
+  EXPECT_EQ(Settings().Summary(u"").Total, 1);
 }
 
 TEST_F(FixDialog, StopAndCloseEndAFixBetweenTwoProblems) {
@@ -610,7 +624,7 @@ TEST_F(FixDialog, StopAndCloseEndAFixBetweenTwoProblems) {
     EXPECT_EQ(Main.Welcome.empty(), C.Fixed == 0);
     EXPECT_EQ(Main.Happened.back(), u"EndRun of a fix");
     Total += C.Fixed;
-    EXPECT_EQ(Settings().Total(), Total);
+    EXPECT_EQ(Settings().Summary(u"").Total, Total);
   }
   EXPECT_EQ(Left(), u" two  four");
 }

@@ -98,14 +98,18 @@ TEST_F(IgnoredForm, TheMenuChecksAllAndNone) {
   EXPECT_FALSE(Remove.Enabled());
 }
 
-TEST_F(IgnoredForm, WhatCanNotBeRemovedStaysInTheList) {
+TEST_F(IgnoredForm, WhatCanNotBeRemovedStaysInTheListAndIsTold) {
   Tfrm_ignored Dialog(Main, Bench, Main);
   Dialog.Show();
   const HANDLE File = CreateFileW(Wide(Data.Paths.IgnoreIniPath), GENERIC_READ, FILE_SHARE_READ,
                                   nullptr, OPEN_EXISTING, 0, nullptr);
   ASSERT_NE(File, INVALID_HANDLE_VALUE);
   PressBox(Dialog, 1);
-  Press(Dialog.Find<TButton>(u"Bt_remove"));
+  {
+    const TBoxAnswer User(IDOK);
+    Press(Dialog.Find<TButton>(u"Bt_remove"));
+    EXPECT_TRUE(User.Text().starts_with(u"The key is still on the ignore list: "));
+  }
   EXPECT_EQ(Shown(Dialog), (TNames{u"A", u"B", u"C"}));
   CloseHandle(File);
   PressBox(Dialog, 1);

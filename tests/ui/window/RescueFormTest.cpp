@@ -246,7 +246,7 @@ TEST_F(RescueForm, SaysWhatARestoreCouldNotDo) {
   // A text that came without a record brings back only what it holds.
   EXPECT_EQ(Restore(Dialog, {IDYES, IDOK}), (TNames{Ask, Success}));
   EXPECT_EQ(Corner.Text(u"A", u"x"), u"two");
-  EXPECT_TRUE(Shown(Dialog).starts_with(u"The backup was not restored completely: there is no "))
+  EXPECT_TRUE(Shown(Dialog).starts_with(u"The backup was not restored completely: only what "))
       << ToUtf8(Shown(Dialog));
 }
 

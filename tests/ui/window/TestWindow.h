@@ -14,6 +14,7 @@
 #include "controls/MessageLoop.h"
 #include "platform/Text.h"
 #include "repair/AppFrame.h"
+#include "tests/platform/TestHosts.h"
 #include "ui/MainView.h"
 #include "ui/Workbench.h"
 
