@@ -280,7 +280,7 @@ TEST(ShippedLanguages, GermanWordsEveryFailureWithoutEnglish) {
     EXPECT_NE(Text, u"");
     EXPECT_EQ(ToUtf8(EnglishIn(Language, Text)), "") << ToUtf8(Text);
   }
-  EXPECT_NE(EnglishIn(Language, EnglishWords({TErrorCode::NoSuchBackup})), u"")
+  EXPECT_NE(EnglishIn(Language, EnglishWords({TErrorCode::NoSuchBackup, {}})), u"")
       << "it would find it";
 }
 

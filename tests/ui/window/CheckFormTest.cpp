@@ -40,6 +40,7 @@ std::int32_t Scripted(TScanRegistry &Engine, TStatusLabel &StatusLabel, TProgres
   const int Count = Script.Finds[Area];
   for (int Number = 1; Number <= Count; ++Number)
     Engine.Report(Group, {.Label = TProblemType::Font,
+                          .Action = TFixAction::RemoveKey,
                           .Area = Area,
                           .KeyPath = TTestCorner::KeyPath(ToDecimal(static_cast<unsigned>(Number))),
                           .ValueName = std::u16string(WholeKey),
@@ -539,7 +540,7 @@ TEST_F(FixDialog, WithoutABackupNothingIsRemovedAndNothingIsCalledASuccess) {
   EXPECT_EQ(Left(), u"one two three four");
   const auto &Label = Dialog.Find<TControl>(u"Lab_status");
   EXPECT_TRUE(Label.Visible());
-  EXPECT_TRUE(Label.Text().starts_with(u"Nothing was fixed, because no backup could be written."))
+  EXPECT_TRUE(Label.Text().starts_with(u"Nothing was fixed, because no backup could be written: "))
       << ToUtf8(Label.Text());
   EXPECT_EQ(Main.Happened, (TNames{u"BeginRun", u"EndRun of a fix"}));
   EXPECT_EQ(Settings().Summary(u"").Total, 0);
@@ -551,7 +552,7 @@ TEST_F(FixDialog, WithoutABackupNothingIsRemovedAndNothingIsCalledASuccess) {
   ASSERT_TRUE(CreateDirectoryW(Wide(Ignore), nullptr)); // what can't be read as a file
   Press(Dialog.Find<TButton>(u"bt_scan"));
   EXPECT_TRUE(Label.Text().starts_with(
-      u"Nothing was fixed, because the ignore list could not be read. " + Ignore))
+      u"Nothing was fixed, because the ignore list could not be read: " + Ignore))
       << ToUtf8(Label.Text());
   EXPECT_EQ(Left(), u"one two three four");
 
