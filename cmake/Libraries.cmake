@@ -9,6 +9,7 @@ add_library(hivesweep_gtest STATIC EXCLUDE_FROM_ALL
             ${g}/googletest/src/gtest_main.cc)
 target_include_directories(hivesweep_gtest SYSTEM PUBLIC ${g}/googletest/include)
 target_include_directories(hivesweep_gtest PRIVATE ${g}/googletest)
+target_compile_options(hivesweep_gtest PRIVATE ${HIVESWEEP_TEST_OPTIONS})
 if(HIVESWEEP_WINDOWS)
   # The win32 thread model has no std::mutex, which GoogleTest wants to use; our
   # tests have one thread. Its death tests then lack one small class.

@@ -4,6 +4,7 @@ option(HIVESWEEP_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSani
 option(HIVESWEEP_PCH "Compile the common headers once per build instead of once per source" ON)
 option(HIVESWEEP_CCACHE "Compile through ccache, where it is installed" ON)
 set(HIVESWEEP_TIDY "" CACHE STRING "clang-tidy command to run over our own sources, as a list")
+set(HIVESWEEP_ICON_FOLDER ${CMAKE_BINARY_DIR}/icons/ico CACHE PATH "Where the icons are drawn")
 # Where "Help" and "Home page" lead. A name is that of a file beside the program.
 set(HIVESWEEP_MANUAL_PAGE "Manual.html" CACHE STRING "Address or file name of the manual")
 set(HIVESWEEP_HOME_PAGE "" CACHE STRING "Address of the home page; empty: the manual")
@@ -46,7 +47,8 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release")
 endif()
 
 # The two that ccache must be told for precompiled headers; no source asks for the time.
-# Paths below the project are taken without it, so that two checkouts share.
+# Paths below the project are taken without it; yet two checkouts share only what is
+# compiled without precompiled headers, as those hold the paths of their own.
 if(HIVESWEEP_CCACHE)
   find_program(HIVESWEEP_CCACHE_PROGRAM ccache)
   if(HIVESWEEP_CCACHE_PROGRAM)
@@ -55,6 +57,16 @@ if(HIVESWEEP_CCACHE)
         CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} ${HIVESWEEP_CCACHE_PROGRAM})
     add_compile_options(-fpch-preprocess) # or ccache does not see what they hold
   endif()
+endif()
+
+# How a test is compiled, and GoogleTest, other than what is tested. Optimisation would take
+# longer than it saves. What is left out of UBSan makes most of its code, and
+# AddressSanitizer sees a null or a wild pointer as well.
+set(HIVESWEEP_TEST_OPTIONS "")
+if(HIVESWEEP_SANITIZE)
+  set(HIVESWEEP_TEST_OPTIONS -fno-sanitize=null,alignment,object-size,vptr)
+elseif(HIVESWEEP_WINDOWS)
+  set(HIVESWEEP_TEST_OPTIONS -Og)
 endif()
 
 # Our own code alone, never a library's.

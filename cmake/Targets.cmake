@@ -5,8 +5,8 @@
 #   hivesweep_program(NAME SOURCES file... [USES target...] [WINDOW])
 #   hivesweep_dll(NAME DESCRIPTION text SOURCES file... [USES target...])
 #   hivesweep_test(NAME SOURCES file... [USES target...]
-#                  [WINDOWS_ONLY | NATIVE_ONLY] [WINDOWS_H] [DISPLAY] [SAMPLE]
-#                  [TIMEOUT seconds])
+#                  [WINDOWS_ONLY | NATIVE_ONLY | PORTABLE] [WINDOWS_H] [DISPLAY]
+#                  [SAMPLE] [TIMEOUT seconds])
 #   hivesweep_tool(NAME SOURCES file... [USES target...])
 #   hivesweep_bench(NAME SOURCES file... [USES target...] [WINDOWS] [DISPLAY])
 #
@@ -49,21 +49,12 @@ function(_hivesweep_precompile name kind windows_h)
     target_link_libraries(${common} PRIVATE hivesweep_own_code)
     if(kind STREQUAL "test")
       target_link_libraries(${common} PRIVATE hivesweep_gtest)
-      target_compile_options(${common} PRIVATE ${_HIVESWEEP_TEST_OPTIONS})
+      target_compile_options(${common} PRIVATE ${HIVESWEEP_TEST_OPTIONS})
     endif()
     target_precompile_headers(${common} PRIVATE ${headers})
   endif()
   target_precompile_headers(${name} REUSE_FROM ${common})
 endfunction()
-
-# How a test is compiled, other than what it tests. Optimisation would take longer than it
-# saves. What is left out of UBSan makes most of its code, and AddressSanitizer sees a null
-# or a wild pointer as well.
-if(HIVESWEEP_SANITIZE)
-  set(_HIVESWEEP_TEST_OPTIONS -fno-sanitize=null,alignment,object-size,vptr)
-elseif(HIVESWEEP_WINDOWS)
-  set(_HIVESWEEP_TEST_OPTIONS -Og)
-endif()
 
 function(_hivesweep_target name visibility)
   target_link_libraries(${name} PRIVATE hivesweep_own_code)
@@ -154,10 +145,14 @@ file(WRITE ${CMAKE_BINARY_DIR}/tests.txt "")
 # more than a hundred test cases, so they stay together. The cases' results go to
 # results/NAME.json, from where the summary of "./dev test" takes its numbers.
 # DISPLAY: its windows are to be drawn, on a display of its own. SAMPLE: under Wine, its
-# registry and its disk have the sample's leftovers.
+# registry and its disk have the sample's leftovers. PORTABLE: what it tests knows nothing of
+# the system, so it runs natively and as a 32-bit Windows program, but not as a 64-bit one.
 function(hivesweep_test name)
-  _hivesweep_arguments(hivesweep_test "WINDOWS_ONLY;NATIVE_ONLY;WINDOWS_H;DISPLAY;SAMPLE" "TIMEOUT")
+  _hivesweep_arguments(hivesweep_test "WINDOWS_ONLY;NATIVE_ONLY;PORTABLE;WINDOWS_H;DISPLAY;SAMPLE" "TIMEOUT")
   if((_WINDOWS_ONLY AND NOT HIVESWEEP_WINDOWS) OR (_NATIVE_ONLY AND HIVESWEEP_WINDOWS))
+    return()
+  endif()
+  if(_PORTABLE AND HIVESWEEP_WINDOWS AND CMAKE_SIZEOF_VOID_P EQUAL 8)
     return()
   endif()
   if(NOT _TIMEOUT)
@@ -165,7 +160,7 @@ function(hivesweep_test name)
   endif()
   add_executable(${name} ${_SOURCES})
   _hivesweep_target(${name} PRIVATE ${_USES} hivesweep_gtest)
-  target_compile_options(${name} PRIVATE ${_HIVESWEEP_TEST_OPTIONS})
+  target_compile_options(${name} PRIVATE ${HIVESWEEP_TEST_OPTIONS})
   _hivesweep_precompile(${name} test ${_WINDOWS_H})
   add_dependencies(test-programs ${name})
   file(RELATIVE_PATH folder ${CMAKE_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
@@ -208,6 +203,9 @@ function(hivesweep_bench name)
     return()
   endif()
   add_executable(${name} ${_SOURCES})
+  if(HIVESWEEP_WINDOWS AND CMAKE_SIZEOF_VOID_P EQUAL 8)
+    set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL ON) # "./dev bench" has no use for it
+  endif()
   _hivesweep_target(${name} PRIVATE ${_USES})
   _hivesweep_precompile(${name} own OFF)
   set(command ${name})

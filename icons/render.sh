@@ -2,8 +2,10 @@
 # render.sh SVG ICO: draws an icon at 16, 24, 32 and 48 pixels, each in 32 bits and in 256
 # colours. Windows before XP shows the latter; its pixels are there or not there, so what
 # is half there is mixed with white.
+# Nothing to do when the icon is newer: the presets share them, and each asks.
 set -euo pipefail
 svg=$1 ico=$2
+if [ "$ico" -nt "$svg" ] && [ "$ico" -nt "$0" ]; then exit 0; fi
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
