@@ -24,9 +24,9 @@ std::u16string StringLine(std::u16string_view Name, std::u16string_view Data);
 // "name"=dword:0000001A, eight upper-case hexadecimal digits.
 std::u16string DwordLine(std::u16string_view Name, std::uint32_t Number);
 
-// "name"=dword:26, in decimal digits. The editor reads them as hexadecimal; a
-// count of shared users comes back larger, never smaller, and that keeps a
-// shared file in place.
+// "name"=dword:26, in decimal digits, as backups have always had it. The editor reads
+// the digits as hexadecimal, so the text alone brings back a larger count of users, or
+// none when there are more than eight digits. The exact record puts back the real one.
 std::u16string DecimalDwordLine(std::u16string_view Name, std::uint32_t Number);
 
 // "name"=hex:0A,FF: as many elements as there are bytes, but element i is byte 2 * i
