@@ -20,7 +20,7 @@ std::u16string TimeCell(const TLocalTime &Time) {
 
 TExitCode RunBackups(TCliHost &Host, const TOptions &Options) {
   TSession Session = OpenSession(Host, Options, false);
-  const auto Data = OpenData(Session, TFolderUse::Reads);
+  const auto Data = OpenData(Host.Console, Session, TFolderUse::Reads);
   const std::vector<TUndoFile> Records =
       TUndoStore(*Session.Platform.Storage, Data->Paths.UndoFolderPath).List();
   TListReport List("backups", {{u"Name", u"name"},

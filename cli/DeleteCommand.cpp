@@ -10,7 +10,7 @@ namespace hivesweep {
 TExitCode RunDelete(TCliHost &Host, const TOptions &Options) {
   RequireAnswer(Host.Console, Options);
   TSession Session = OpenSession(Host, Options, false);
-  const auto Data = OpenData(Session, TFolderUse::Reads);
+  const auto Data = OpenData(Host.Console, Session, TFolderUse::Reads);
   const TBackupEntry Backup = FindBackup(*Data, Options.Words.front());
   const std::string Name = ToUtf8(Backup.Name);
   if (!IsWanted(Host.Console, Options,

@@ -54,7 +54,7 @@ TExitCode TFixCommand::Run() {
   RequireReadable(Run_.Session, Run_.Session.Paths.MainIniPath);
   RequireReadable(Run_.Session, Run_.Session.Paths.IgnoreIniPath);
   if (!Options_.DryRun)
-    Clean_ = OpenData(Run_.Session, TFolderUse::Writes);
+    Clean_ = OpenData(Console_, Run_.Session, TFolderUse::Writes);
   if (!Scan()) {
     Complain(Console_, "stopped; nothing was changed");
     return TExitCode::Interrupted;

@@ -88,7 +88,7 @@ TExitCode RunIgnore(TCliHost &Host, const TOptions &Options) {
   const TAction &Action = ActionOf(Words);
   TSession Session = OpenSession(Host, Options, false);
   RequireReadable(Session, Session.Paths.IgnoreIniPath);
-  const auto Data = OpenData(Session, Action.Use);
+  const auto Data = OpenData(Host.Console, Session, Action.Use);
   TIgnoreCall Call = {Host.Console, Options, Data->IgnoreList,
                       Words.size() > 1 ? FromUtf8(Words[1]) : u"",
                       Words.size() > 2 ? FromUtf8(Words[2]) : std::u16string(WholeKey)};

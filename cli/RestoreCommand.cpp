@@ -11,8 +11,11 @@ namespace hivesweep {
 namespace {
 
 std::string NameOfFailure(const TPutFailure &Failure) {
-  const std::string Value = Failure.Value.empty() ? "" : "\"" + ToUtf8(Failure.Value) + "\" of ";
-  return Value + ToUtf8(Failure.Path) +
+  std::string What = Failure.Value.empty() ? "" : "\"" + ToUtf8(Failure.Value) + "\" of ";
+  if (Failure.Part != TPutPart::Content)
+    What = Failure.Part == TPutPart::ClassName ? "the class name of "
+                                               : "the owner and the permissions of ";
+  return What + ToUtf8(Failure.Path) +
          (Failure.Status == TRegStatus::Denied ? " (access denied)" : "");
 }
 
@@ -20,6 +23,8 @@ std::string NameOfFailure(const TPutFailure &Failure) {
 bool Tell(TCliConsole &Console, const TRestoreReport &Report) {
   for (const TError &Note : Report.Notes)
     Complain(Console, WordsOf(Note));
+  for (const TError &Remark : Report.Remarks)
+    Complain(Console, WordsOf(Remark));
   for (const TPutFailure &Failure : Report.NotRestored)
     Complain(Console, "could not restore " + NameOfFailure(Failure));
   if (Report.Failure)
@@ -41,7 +46,7 @@ TExitCode RunRestore(TCliHost &Host, const TOptions &Options) {
   // From here on the first Ctrl+C does nothing: half a restore is worse than a whole one.
   Console.CatchInterrupt();
   TSession Session = OpenSession(Host, Options, true);
-  const auto Data = OpenData(Session, TFolderUse::Reads);
+  const auto Data = OpenData(Host.Console, Session, TFolderUse::Reads);
   const TBackupEntry Backup = FindBackup(*Data, Options.Words.front());
   if (!IsWanted(Console, Options, "Restore " + ToUtf8(Backup.Name) + "?"))
     return TExitCode::Done;

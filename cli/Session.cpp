@@ -5,6 +5,7 @@
 #include <variant>
 
 #include "cli/Input.h"
+#include "cli/Output.h"
 #include "platform/DiskFile.h"
 #include "platform/Text.h"
 #include "platform/memory/Machine.h"
@@ -88,14 +89,17 @@ TSession OpenSession(const TCliHost &Host, const TOptions &Options, bool NeedsRe
   return Session;
 }
 
-std::unique_ptr<TRegistryClean> OpenData(TSession &Session, TFolderUse Use) {
+std::unique_ptr<TRegistryClean> OpenData(TCliConsole &Console, TSession &Session, TFolderUse Use) {
   if (Session.Paths.MainIniPath.empty())
     throw TWrongUse("this system names no folder for the program's data; --data-folder DIR is "
                     "expected");
   // The one that chooses its folder itself also makes it.
-  if (Session.IsOwnFolder && Use == TFolderUse::Writes)
-    return std::make_unique<TRegistryClean>(Session.Platform);
-  return std::make_unique<TRegistryClean>(Session.Platform, Session.Paths);
+  auto Data = Session.IsOwnFolder && Use == TFolderUse::Writes
+                  ? std::make_unique<TRegistryClean>(Session.Platform)
+                  : std::make_unique<TRegistryClean>(Session.Platform, Session.Paths);
+  for (const TError &Interrupted : Data->InterruptedRestores())
+    Complain(Console, WordsOf(Interrupted));
+  return Data;
 }
 
 } // namespace hivesweep

@@ -28,8 +28,8 @@ TSession OpenSession(const TCliHost &Host, const TOptions &Options, bool NeedsRe
 
 // What is kept in the session's data folder, which it borrows. Only a use that Writes
 // creates the program's own folder when that is missing. Without a data folder that is
-// wrong use. Throws TFailure.
+// wrong use. A restore that was broken off is told on the console. Throws TFailure.
 enum class TFolderUse { Reads, Writes };
-std::unique_ptr<TRegistryClean> OpenData(TSession &Session, TFolderUse Use);
+std::unique_ptr<TRegistryClean> OpenData(TCliConsole &Console, TSession &Session, TFolderUse Use);
 
 } // namespace hivesweep

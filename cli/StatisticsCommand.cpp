@@ -17,7 +17,7 @@ public:
 
 TExitCode RunStatistics(TCliHost &Host, const TOptions &Options) {
   TSession Session = OpenSession(Host, Options, false);
-  const auto Data = OpenData(Session, TFolderUse::Reads);
+  const auto Data = OpenData(Host.Console, Session, TFolderUse::Reads);
   RequireReadable(Session, Data->Paths.MainIniPath);
   TCellLabel LastScan, LastClean, Total;
   // A script is better served by an empty text than by a word.

@@ -45,10 +45,14 @@ enum class TErrorCode : std::uint8_t {
   TextOnly,
   PresentNotRecorded,
   KeyUnreadable,
-  KeyNotPutBack,
-  RestoreUnfinished,
+  TextDoubtful, // the subject is the text's file, Number its first doubtful line
+  TextNotImported,
+  RestoreInterrupted, // the subject is the backup that was being restored
   InterruptedNotPutRight,
   InterruptedLeft,
+  InterruptedKept,            // the subject is the backup that undoes it
+  InterruptedFinished,        // likewise
+  InterruptedTakenBack,       // the subject is the backup that undoes that
   InterruptedPartlyTakenBack, // the subject is the backup that holds the rest
   RestoreRecordUnfinished,
   EditorNotStarted,
@@ -58,7 +62,7 @@ enum class TErrorCode : std::uint8_t {
 
 struct TError {
   TErrorCode Code = TErrorCode::None;
-  std::u16string Subject; // a path or a name; empty: none
+  std::u16string Subject = {}; // a path or a name; empty: none
   std::uint32_t Number = 0;
   std::vector<TError> Cause = {}; // empty, or the one failure that led to this one
 

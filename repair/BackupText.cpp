@@ -1,5 +1,7 @@
 #include "repair/BackupText.h"
 
+#include <algorithm>
+
 #include "platform/Text.h"
 
 namespace hivesweep {
@@ -14,14 +16,45 @@ std::u16string Digits(int Number, std::size_t Count) {
   return Text.size() < Count ? std::u16string(Count - Text.size(), u'0') + Text : Text;
 }
 
+// A line without the breaks that BinaryLine puts between bytes; what stands before the
+// bytes may look like such a break and is kept.
+std::u16string_view WithoutByteList(std::u16string_view Line) {
+  constexpr std::u16string_view Start = u"=hex:";
+  const std::size_t At = Line.rfind(Start);
+  if (At == std::u16string_view::npos)
+    return Line;
+  std::u16string Bytes(Line.substr(At + Start.size()));
+  RemoveAll(Bytes, u",\\\r");
+  return Bytes.find_first_not_of(u"0123456789ABCDEF,") == std::u16string::npos ? Line.substr(0, At)
+                                                                               : Line;
+}
+
+// Some reader may take it for more than one line. A character can also become a line end
+// when it is put into the code page.
+bool HasControlCharacter(std::u16string_view Line) {
+  const auto IsControl = [](char16_t Unit) {
+    return Unit < u' ' || (Unit >= u'\x7F' && Unit <= u'\x9F') || Unit == u'\x2028' ||
+           Unit == u'\x2029';
+  };
+  return std::ranges::any_of(Line, IsControl) ||
+         std::ranges::any_of(ToAnsi(Line), [](char Byte) { return Byte >= 0 && Byte < ' '; });
+}
+
 } // namespace
 
 std::string EncodeBackup(std::span<const std::u16string> Lines) {
   // The header brings a line end of its own, and is a line of the list as well.
   std::u16string Text(Header);
   Text += LineEnd;
-  for (const std::u16string &Line : Lines)
-    Text.append(Line).append(LineEnd);
+  bool IsKeyLeftOut = false;
+  for (const std::u16string &Line : Lines) {
+    const bool IsKey = Line.starts_with(u'[');
+    const bool IsLeftOut = HasControlCharacter(WithoutByteList(Line));
+    if (IsKey)
+      IsKeyLeftOut = IsLeftOut;
+    if (!IsLeftOut && !IsKeyLeftOut)
+      Text.append(Line).append(LineEnd);
+  }
   return ToAnsi(Text);
 }
 
@@ -35,44 +68,6 @@ std::u16string BackupNameOf(const TLocalTime &Time) {
 std::u16string DateTimeText(const TLocalTime &Time) {
   return Digits(Time.Month, 2) + u"/" + Digits(Time.Day, 2) + u"/" + Digits(Time.Year, 4) + u" " +
          Digits(Time.Hour, 2) + u":" + Digits(Time.Minute, 2) + u":" + Digits(Time.Second, 2);
-}
-
-std::optional<TKeyPlace> KeyOfLine(std::u16string_view Line) {
-  if (!Line.starts_with(u'[') || !Line.ends_with(u']'))
-    return std::nullopt;
-  Line = Line.substr(1, Line.size() - 2);
-  const std::size_t Break = Line.find(u'\\');
-  const std::optional<TRegRoot> Root = RegRootByName(Line.substr(0, Break));
-  if (!Root || Break == std::u16string_view::npos)
-    return std::nullopt;
-  std::u16string_view Path = Line.substr(Break + 1);
-  while (Path.ends_with(u'\\'))
-    Path.remove_suffix(1);
-  if (Path.empty())
-    return std::nullopt;
-  return TKeyPlace{*Root, std::u16string(Path)};
-}
-
-std::optional<std::u16string_view>
-NameOfLine(std::u16string_view Line, const std::function<bool(std::u16string_view Name)> &Exists) {
-  if (Line.starts_with(u"@="))
-    return Exists(u"") ? std::optional(std::u16string_view()) : std::nullopt;
-  if (!Line.starts_with(u'"'))
-    return std::nullopt;
-  for (std::size_t End = Line.find(u"\"=", 1); End != std::u16string_view::npos;
-       End = Line.find(u"\"=", End + 1))
-    if (const std::u16string_view Name = Line.substr(1, End - 1); Exists(Name))
-      return Name;
-  return std::nullopt;
-}
-
-TScope ScopeOfBackup(std::span<const std::u16string> Lines) {
-  TScope Scope;
-  for (const std::u16string &Line : Lines)
-    if (const auto Key = KeyOfLine(Line))
-      for (TKeyPlace &Place : StoredPlaces(Key->Root, Key->Path))
-        Scope.Keys.insert(std::move(Place));
-  return Scope;
 }
 
 std::vector<std::u16string> DecodeBackup(std::string_view Bytes) {

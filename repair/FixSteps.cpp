@@ -1,7 +1,5 @@
 #include "repair/FixSteps.h"
 
-#include "repair/BackupText.h"
-
 namespace hivesweep {
 
 namespace {
@@ -31,23 +29,6 @@ public:
     case TFixAction::RemoveValue:
       TakeValue(Cursor_.Aim(Step), Item.ValueName);
       break;
-    }
-  }
-
-  void TakeBackupLines(std::span<const std::u16string> Lines, const TGoesOn &GoesOn) {
-    std::vector<TKeyPlace> Places;
-    for (const std::u16string &Line : Lines) {
-      if (!GoesOn())
-        return;
-      if (const auto Key = KeyOfLine(Line)) {
-        Places = StoredPlaces(Key->Root, Key->Path);
-        for (const TKeyPlace &Place : Places)
-          if (Record_.Before.Keys.contains(Place))
-            Record_.Marks.MarkKey(Place, TUndoMark::Named);
-        continue;
-      }
-      for (const TKeyPlace &Place : Places)
-        NameValue(Place, Line);
     }
   }
 
@@ -106,17 +87,6 @@ private:
       if (Deleted_.contains(Top))
         return false;
     return true;
-  }
-
-  void NameValue(const TKeyPlace &Place, std::u16string_view Line) {
-    const auto Key = Record_.Before.Keys.find(Place);
-    if (Key == Record_.Before.Keys.end())
-      return;
-    const auto Name = NameOfLine(Line, [&](std::u16string_view Candidate) {
-      return Key->second.Values.contains(std::u16string(Candidate));
-    });
-    if (Name)
-      Record_.Marks.MarkValue(Place, *Name, TUndoMark::Named);
   }
 
   TUndoRecord &Record_;
@@ -182,15 +152,14 @@ void ForEachStep(const TListViewManage &Problems, std::u16string_view ShortcutCa
 }
 
 TUndoRecord RecordFix(TPlatform &Platform, const TListViewManage &Problems,
-                      std::u16string_view ShortcutCaption,
-                      std::span<const std::u16string> BackupLines, const TGoesOn &Asked) {
+                      std::u16string_view ShortcutCaption, const TGoesOn &Asked) {
   // Nobody is asked again who has said that it ends.
   bool IsLeft = false;
   const TGoesOn GoesOn = [&] {
     IsLeft = IsLeft || !Asked();
     return !IsLeft;
   };
-  TScope Scope = ScopeOfBackup(BackupLines);
+  TScope Scope;
   TUndoRecord Record;
   TFixCursor Cursor;
   ForEachStep(Problems, ShortcutCaption, GoesOn, [&](const TItemInfo &Item, const TFixStep &Step) {
@@ -211,7 +180,6 @@ TUndoRecord RecordFix(TPlatform &Platform, const TListViewManage &Problems,
   TFixMarking Marking(Record);
   ForEachStep(Problems, ShortcutCaption, GoesOn,
               [&](const TItemInfo &Item, const TFixStep &Step) { Marking.Take(Item, Step); });
-  Marking.TakeBackupLines(BackupLines, GoesOn);
   return Record;
 }
 

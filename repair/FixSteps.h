@@ -53,11 +53,9 @@ void ForEachStep(const TListViewManage &Problems, std::u16string_view ShortcutCa
                  const TGoesOn &GoesOn,
                  const std::function<void(const TItemInfo &, const TFixStep &)> &Take);
 
-// Reads all that the steps, and the lines of the backup, name, and marks what goes. GoesOn is
-// asked again and again, and may handle messages: once it answers false the record is of
-// no use.
+// Reads all that the steps name, and marks what goes. GoesOn is asked again and again, and
+// may handle messages: once it answers false the record is of no use.
 TUndoRecord RecordFix(TPlatform &Platform, const TListViewManage &Problems,
-                      std::u16string_view ShortcutCaption,
-                      std::span<const std::u16string> BackupLines, const TGoesOn &GoesOn);
+                      std::u16string_view ShortcutCaption, const TGoesOn &GoesOn);
 
 } // namespace hivesweep

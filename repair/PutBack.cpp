@@ -28,8 +28,7 @@ public:
   std::vector<TPutFailure> Run() {
     RemoveKeys();
     for (const auto &[Place, Key] : Wanted_.Keys) {
-      const auto Unreadable = Present_.UnreadableKeys.find(Place);
-      if (Unreadable != Present_.UnreadableKeys.end() || IsBelowUnmade(Place))
+      if (!Present_.Knows(Place) || IsBelowUnmade(Place))
         Note(TRegStatus::Failed, PathOf(Place), u"");
       else
         PutKey(Place, Key);
@@ -61,10 +60,7 @@ private:
   // The place or something below it. In the order of the map all below a place follows
   // it, but not always at once: "A B" stands between "A" and "A\B".
   bool IsWanted(const TKeyPlace &Place) const {
-    if (Wanted_.Keys.contains(Place))
-      return true;
-    const auto First = Wanted_.Keys.lower_bound({Place.Root, Place.Path + u"\\"});
-    return First != Wanted_.Keys.end() && IsAtOrBelow(First->first, Place);
+    return Wanted_.Keys.contains(Place) || HasKeyBelow(Wanted_.Keys, Place);
   }
 
   // A key below one that could not be made would make that too, without its class.
@@ -81,7 +77,7 @@ private:
     const auto Found = Present_.Keys.find(Place);
     const TSavedValues *const Present =
         Found == Present_.Keys.end() ? nullptr : &Found->second.Values;
-    if (Present && HasSameValues(*Present, Wanted.Values))
+    if (Present && SameValues(*Present, Wanted.Values))
       return;
     TRegOpened Opened;
     if (Present)
@@ -95,12 +91,6 @@ private:
       return;
     }
     PutValues(*Opened.Key, Place, Present ? *Present : TSavedValues(), Wanted.Values);
-  }
-
-  static bool HasSameValues(const TSavedValues &Left, const TSavedValues &Right) {
-    return std::ranges::equal(Left, Right, [](const auto &One, const auto &Other) {
-      return EqualNoCase(One.first, Other.first) && One.second.SameData(Other.second);
-    });
   }
 
   void PutValues(TRegKey &Key, const TKeyPlace &Place, const TSavedValues &Present,
@@ -123,18 +113,20 @@ private:
   void PutFiles() {
     TFileSystem &Files = *Platform_.Files;
     for (const std::u16string &Path : Present_.Scope.Files) {
-      const auto Unreadable = Present_.UnreadableFiles.find(Path);
-      if (Unreadable != Present_.UnreadableFiles.end()) {
-        Note(RegStatusOf(Unreadable->second), Path, u"");
-        continue;
-      }
       const auto Present = Present_.Files.find(Path);
       const auto Wanted = Wanted_.Files.find(Path);
+      const auto Unreadable = Present_.UnreadableFiles.find(Path);
+      if (Unreadable != Present_.UnreadableFiles.end()) {
+        if (Wanted != Wanted_.Files.end())
+          Note(RegStatusOf(Unreadable->second), Path, u"");
+        continue;
+      }
       if (Wanted == Wanted_.Files.end()) {
         if (Present != Present_.Files.end() && !Wanted_.UnreadableFiles.contains(Path))
           Note(RegStatusOf(Files.RemoveFile(Path)), Path, u"");
       } else if (Present == Present_.Files.end() || Present->second.Bytes != Wanted->second.Bytes) {
-        CreateFolderPath(Files, Path.substr(0, Path.rfind(u'\\')));
+        if (const std::size_t Break = Path.rfind(u'\\'); Break != std::u16string::npos)
+          CreateFolderPath(Files, Path.substr(0, Break));
         Note(RegStatusOf(Files.WriteContent(Path, Wanted->second)), Path, u"");
       }
     }
@@ -153,7 +145,76 @@ private:
   std::vector<TPutFailure> Failures_;
 };
 
+// Finds where two snapshots differ.
+class TComparing {
+public:
+  TComparing(const TSnapshot &Now, const TSnapshot &Wanted, std::span<const TPutFailure> Failures)
+      : Now_(Now), Wanted_(Wanted) {
+    for (const TPutFailure &Failure : Failures)
+      Known_.emplace(std::pair(Failure.Path, Failure.Value), Failure.Status);
+  }
+
+  std::vector<TPutFailure> Run() {
+    for (const auto &[Place, Key] : Wanted_.Keys) {
+      const auto Found = Now_.Keys.find(Place);
+      if (Found == Now_.Keys.end())
+        Tell(PathOf(Place));
+      else
+        CompareKey(PathOf(Place), Found->second, Key);
+    }
+    for (const auto &[Place, Key] : Now_.Keys)
+      if (!Wanted_.Keys.contains(Place) && Wanted_.Knows(Place))
+        Tell(PathOf(Place));
+    for (const std::u16string &Path : Now_.Scope.Files)
+      CompareFile(Path);
+    return std::move(Out_);
+  }
+
+private:
+  void CompareKey(const std::u16string &Path, const TSavedKey &Now, const TSavedKey &Wanted) {
+    for (const auto &[Name, Value] : Wanted.Values)
+      if (const auto Found = Now.Values.find(Name);
+          Found == Now.Values.end() || !Found->second.SameData(Value))
+        Tell(Path, Name);
+    for (const auto &[Name, Value] : Now.Values)
+      if (!Wanted.Values.contains(Name))
+        Tell(Path, Name);
+    if (Now.Info.ClassName != Wanted.Info.ClassName)
+      Tell(Path, u"", TPutPart::ClassName);
+    if (!SameSecurity(Now.Info.Security, Wanted.Info.Security))
+      Tell(Path, u"", TPutPart::Security);
+  }
+
+  void CompareFile(const std::u16string &Path) {
+    const auto Now = Now_.Files.find(Path);
+    const auto Wanted = Wanted_.Files.find(Path);
+    const bool IsWanted = Wanted != Wanted_.Files.end();
+    if (IsWanted != (Now != Now_.Files.end())
+            ? IsWanted || !Wanted_.UnreadableFiles.contains(Path)
+            : IsWanted && Now->second.Bytes != Wanted->second.Bytes)
+      Tell(Path);
+  }
+
+  void Tell(const std::u16string &Path, const std::u16string &Value = {},
+            TPutPart Part = TPutPart::Content) {
+    auto Known = Known_.find({Path, Value});
+    if (Known == Known_.end())
+      Known = Known_.find({Path, {}});
+    Out_.push_back({Path, Value, Known == Known_.end() ? TRegStatus::Failed : Known->second, Part});
+  }
+
+  const TSnapshot &Now_;
+  const TSnapshot &Wanted_;
+  std::map<std::pair<std::u16string, std::u16string>, TRegStatus> Known_;
+  std::vector<TPutFailure> Out_;
+};
+
 } // namespace
+
+std::vector<TPutFailure> Differences(const TSnapshot &Now, const TSnapshot &Wanted,
+                                     std::span<const TPutFailure> Failures) {
+  return TComparing(Now, Wanted, Failures).Run();
+}
 
 std::vector<TPutFailure> PutBack(TPlatform &Platform, const TSnapshot &Present,
                                  const TSnapshot &Wanted) {

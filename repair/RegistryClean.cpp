@@ -76,6 +76,25 @@ void TRegistryClean::FinishRestore() {
     Platform_.Messages->Pump();
 }
 
+std::vector<TError> TRegistryClean::InterruptedRestores() const {
+  std::vector<TError> Out;
+  if (Restore_)
+    return Out;
+  for (const TUndoFile &File : Undo_.List()) {
+    if (!File.IsPending)
+      continue;
+    TError Why;
+    const std::optional<TUndoRecord> Record = Undo_.Load(File.Name, Why);
+    TError Told{TErrorCode::RestoreInterrupted,
+                Record && Record->Goal ? Record->Goal->BackupName : File.BackupName};
+    if (Why)
+      Told.Cause.push_back(std::move(Why));
+    if (!Record || !Record->Finished)
+      Out.push_back(std::move(Told));
+  }
+  return Out;
+}
+
 TError TRegistryClean::DeleteBackup(std::u16string_view Name) {
   const std::vector<TBackupEntry> Backups = EnumerateBackups();
   const auto Backup = std::ranges::find(Backups, Name, &TBackupEntry::Name);

@@ -114,6 +114,10 @@ public:
   void FinishRestore();
   const TRestoreReport &RestoreReport() const { return RestoreReport_; } // of the last one
 
+  // The restores that were broken off and will be put right by the next one, each with
+  // RestoreInterrupted. Not one that is under way here.
+  std::vector<TError> InterruptedRestores() const;
+
   // Deletes the backup of that name with its records.
   TError DeleteBackup(std::u16string_view Name);
 
@@ -149,6 +153,7 @@ private:
   bool MayBegin(TFixRun &Run) const;
   bool RecordBeforeFix(TFixRun &Run);
   void Forget(TFixRun &Run);
+  void ForgetWhatStayed(TFixRun &Run);
   void WriteBackup(TFixRun &Run);
   void PruneBackups(const TFixRun &Run);
 

@@ -47,6 +47,7 @@ struct TRegistryClean::TFixRun {
   TProgressBar &ProgressBar;
   std::u16string BackupName;
   TUndoRecord Record;
+  TUndoFile File; // of the record
   TRegistry Registry;
   TFixCursor Cursor;
   TFixReport Report;
@@ -63,6 +64,7 @@ TFixReport TRegistryClean::BackupAndFix(TListViewManage &Problems, TScanRegistry
               ProgressBar,
               BackupNameOf(Platform_.Clock->Now()),
               {},
+              {},
               TRegistry(*Platform_.Registry, TRegAccess::Full),
               {},
               {}};
@@ -74,6 +76,8 @@ TFixReport TRegistryClean::BackupAndFix(TListViewManage &Problems, TScanRegistry
   }
   std::vector<std::u16string> BackupLines;
   FixSelected(Run, BackupLines, StatusText);
+  if (FixStopped_ || !Run.Report.NotRemoved.empty())
+    ForgetWhatStayed(Run);
   if (!BackupLines.empty())
     WriteBackup(Run);
   return std::move(Run.Report);
@@ -92,7 +96,7 @@ bool TRegistryClean::RecordBeforeFix(TFixRun &Run) {
   const std::vector<std::u16string> &Lines = Run.Engine.BackupText;
   if (Lines.empty() && Run.Problems.CheckedCount() == 0)
     return true;
-  // Every problem is looked at twice, before it is read and after that; so is every line.
+  // Every problem is looked at twice, before it is read and after that.
   Run.ProgressBar.SetPosition(0);
   Run.ProgressBar.SetMax(std::max(3 * Run.Problems.CheckedCount(), 1));
   const auto GoesOn = [&] {
@@ -101,8 +105,8 @@ bool TRegistryClean::RecordBeforeFix(TFixRun &Run) {
       Run.ProgressBar.Advance();
     return !FixStopped_;
   };
-  Run.Record = RecordFix(Platform_, Run.Problems, Run.Engine.Caption(TProblemType::ShortcutFile),
-                         Lines, GoesOn);
+  Run.Record =
+      RecordFix(Platform_, Run.Problems, Run.Engine.Caption(TProblemType::ShortcutFile), GoesOn);
   if (FixStopped_)
     return true; // nothing has been kept yet
   TStorage &Storage = *Platform_.Storage;
@@ -111,11 +115,10 @@ bool TRegistryClean::RecordBeforeFix(TFixRun &Run) {
   if (!Error && !Lines.empty())
     Error = Storage.Write(Folder + std::u16string(PreparedName), EncodeBackup(Lines));
   Error = About(Folder, std::move(Error));
-  TUndoFile File;
   if (!Error)
-    Error = Undo_.Save(Run.Record, Run.BackupName, File);
+    Error = Undo_.Save(Run.Record, Run.BackupName, Run.File);
   if (!Error) {
-    Run.Report.BackupName = File.BackupName;
+    Run.Report.BackupName = Run.File.BackupName;
     return true;
   }
   Storage.Remove(Folder + std::u16string(PreparedName));
@@ -128,6 +131,16 @@ void TRegistryClean::Forget(TFixRun &Run) {
   if (const std::optional<TUndoFile> File = Undo_.Of(Run.Report.BackupName))
     Undo_.Remove(File->Name);
   Run.Report.BackupName.clear();
+}
+
+// What the fix has left alone is none of its undo's business. When this can't be written the
+// record stays as it is, and an undo also brings back what others have changed of that.
+void TRegistryClean::ForgetWhatStayed(TFixRun &Run) {
+  if (Run.File.Name.empty())
+    return;
+  Run.Record.Marks =
+      MarksOfGone(Run.Record.Marks, TakeSnapshot(Platform_, Run.Record.Before.Scope));
+  Undo_.Replace(Run.Record, Run.File);
 }
 
 void TRegistryClean::FixSelected(TFixRun &Run, std::vector<std::u16string> &BackupLines,

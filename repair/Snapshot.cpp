@@ -1,5 +1,6 @@
 #include "repair/Snapshot.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -12,6 +13,34 @@ namespace {
 TKeyPlace Below(const TKeyPlace &Parent, std::u16string_view Name) {
   return {Parent.Root,
           Parent.Path.empty() ? std::u16string(Name) : Parent.Path + u"\\" + std::u16string(Name)};
+}
+
+// A little-endian number in a security descriptor; 0 beyond its end.
+std::size_t NumberAt(std::span<const std::byte> Bytes, std::size_t At, std::size_t Size) {
+  std::size_t Out = 0;
+  for (std::size_t Byte = Size; Byte > 0 && At < Bytes.size() && Size <= Bytes.size() - At; --Byte)
+    Out = Out << 8 | std::to_integer<std::size_t>(Bytes[At + Byte - 1]);
+  return Out;
+}
+
+// Size bytes of a self-relative descriptor; none when it does not hold them.
+std::span<const std::byte> PartOf(std::span<const std::byte> Security, std::size_t At,
+                                  std::size_t Size) {
+  return At == 0 || At > Security.size() || Size > Security.size() - At
+             ? std::span<const std::byte>()
+             : Security.subspan(At, Size);
+}
+
+// A security identifier: 8 bytes and four for each part, whose count is its second byte.
+std::span<const std::byte> OwnerOf(std::span<const std::byte> Security) {
+  const std::size_t At = NumberAt(Security, 4, 4);
+  return PartOf(Security, At, 8 + 4 * NumberAt(Security, At + 1, 1));
+}
+
+// An access list, whose size stands behind its first two bytes.
+std::span<const std::byte> AccessListOf(std::span<const std::byte> Security) {
+  const std::size_t At = NumberAt(Security, 16, 4);
+  return PartOf(Security, At, NumberAt(Security, At + 2, 2));
 }
 
 class TSnapshotReader {
@@ -205,6 +234,28 @@ bool IsAtOrBelow(const TKeyPlace &Place, const TKeyPlace &Top) {
          EqualNoCase(Path.substr(0, Length), Top.Path);
 }
 
+bool SameValues(const TSavedValues &Left, const TSavedValues &Right) {
+  return std::ranges::equal(Left, Right, [](const auto &One, const auto &Other) {
+    return EqualNoCase(One.first, Other.first) && One.second.SameData(Other.second);
+  });
+}
+
+bool SameSecurity(std::span<const std::byte> Left, std::span<const std::byte> Right) {
+  return std::ranges::equal(Left, Right) ||
+         (std::ranges::equal(OwnerOf(Left), OwnerOf(Right)) &&
+          std::ranges::equal(AccessListOf(Left), AccessListOf(Right)) && !OwnerOf(Left).empty());
+}
+
+bool SameInfo(const TRegKeyInfo &Left, const TRegKeyInfo &Right) {
+  return Left.ClassName == Right.ClassName && Left.IsLink == Right.IsLink &&
+         SameSecurity(Left.Security, Right.Security);
+}
+
+bool HasKeyBelow(const TSavedKeys &Keys, const TKeyPlace &Place) {
+  const auto First = Keys.lower_bound({Place.Root, Place.Path + u"\\"});
+  return First != Keys.end() && IsAtOrBelow(First->first, Place);
+}
+
 bool TScope::IsInTree(const TKeyPlace &Place) const {
   if (Trees.empty())
     return false;
@@ -257,7 +308,7 @@ TSnapshot TakeSnapshot(TPlatform &Platform, const TScope &Scope, TSpelling Spell
     if (Reader.GoesOn())
       Reader.ReadKey(Place);
   for (const std::u16string &Path : Scope.Files)
-    if (Reader.GoesOn())
+    if (!Path.empty() && Reader.GoesOn()) // older fixes recorded files without a name
       Reader.ReadFile(Path);
   return Out;
 }

@@ -56,12 +56,25 @@ struct TSavedValue {
 
 using TSavedValues = std::map<std::u16string, TSavedValue, TNameLess>;
 
+// The same names with the same data, in whatever order they stood.
+bool SameValues(const TSavedValues &Left, const TSavedValues &Right);
+
 struct TSavedKey {
   TRegKeyInfo Info;
   TSavedValues Values;
 };
 
 using TSavedKeys = std::map<TKeyPlace, TSavedKey, TKeyPlaceLess>;
+
+// One of the keys is below Place.
+bool HasKeyBelow(const TSavedKeys &Keys, const TKeyPlace &Place);
+
+// The same owner and access list, in descriptors as TRegKeyInfo has them. What else is in them,
+// and in which order, is the system's own affair.
+bool SameSecurity(std::span<const std::byte> Left, std::span<const std::byte> Right);
+
+// Class name, security, and whether it is a link.
+bool SameInfo(const TRegKeyInfo &Left, const TRegKeyInfo &Right);
 
 // What a snapshot looks at: the keys by themselves, those with all below them, and files.
 struct TScope {
@@ -106,18 +119,28 @@ using TGoesOn = std::function<bool()>;
 TSnapshot TakeSnapshot(TPlatform &Platform, const TScope &Scope,
                        TSpelling Spelling = TSpelling::AsStored, const TGoesOn &GoesOn = {});
 
+// What of a key, value or file is not as it should be. Security is the owner and who may do
+// what with a key.
+enum class TPutPart { Content, ClassName, Security };
+
 // One change that could not be made.
 struct TPutFailure {
   std::u16string Path;  // a key's or a file's
   std::u16string Value; // empty: the key or file itself, or its default value
   TRegStatus Status = TRegStatus::Failed;
+  TPutPart Part = TPutPart::Content;
 };
 
 // Makes the registry and the files what Wanted says, for all that is in the scope of
 // Present, which is what they are now. Only differences are written; only in the
 // scope's trees are keys removed. What could not be read is left alone, and is a failure
-// when something is wanted there.
+// when something is wanted there. One failure does not keep the rest from being written.
 std::vector<TPutFailure> PutBack(TPlatform &Platform, const TSnapshot &Present,
                                  const TSnapshot &Wanted);
+
+// Where Now, in its scope, is not as Wanted, each with the status of its failure, if there
+// is one among Failures. What can't be read now and is wanted is a difference.
+std::vector<TPutFailure> Differences(const TSnapshot &Now, const TSnapshot &Wanted,
+                                     std::span<const TPutFailure> Failures = {});
 
 } // namespace hivesweep

@@ -11,7 +11,8 @@ namespace hivesweep {
 namespace {
 
 constexpr std::string_view Magic = "HSWPUNDO";
-constexpr std::uint32_t Version = 1;
+constexpr std::uint32_t Version = 2;
+constexpr std::uint32_t OldestVersion = 1;
 constexpr std::size_t HeaderSize = Magic.size() + 4 + 8 + 4;
 
 constexpr std::array<std::uint32_t, 256> MakeCrcTable() {
@@ -64,15 +65,25 @@ public:
   std::string Out;
 };
 
+template <typename TPlaces> void WritePlaces(TWriter &Writer, const TPlaces &Places) {
+  Writer.Count(Places.size());
+  for (const TKeyPlace &Place : Places)
+    Writer.Place(Place);
+}
+
 void WriteScope(TWriter &Writer, const TScope &Scope) {
-  for (const auto *const Places : {&Scope.Keys, &Scope.Trees}) {
-    Writer.Count(Places->size());
-    for (const TKeyPlace &Place : *Places)
-      Writer.Place(Place);
-  }
+  WritePlaces(Writer, Scope.Keys);
+  WritePlaces(Writer, Scope.Trees);
   Writer.Count(Scope.Files.size());
   for (const std::u16string &Path : Scope.Files)
     Writer.Text(Path);
+}
+
+void WriteValue(TWriter &Writer, std::u16string_view Name, const TSavedValue &Value) {
+  Writer.Text(Name);
+  Writer.Number(static_cast<std::uint32_t>(Value.Type));
+  Writer.Number(Value.Order);
+  Writer.Bytes(Value.Bytes);
 }
 
 void WriteKey(TWriter &Writer, const TKeyPlace &Place, const TSavedKey &Key) {
@@ -81,12 +92,8 @@ void WriteKey(TWriter &Writer, const TKeyPlace &Place, const TSavedKey &Key) {
   Writer.Bytes(Key.Info.Security);
   Writer.Number(static_cast<std::uint8_t>(Key.Info.IsLink ? 1 : 0));
   Writer.Count(Key.Values.size());
-  for (const auto &[Name, Value] : Key.Values) {
-    Writer.Text(Name);
-    Writer.Number(static_cast<std::uint32_t>(Value.Type));
-    Writer.Number(Value.Order);
-    Writer.Bytes(Value.Bytes);
-  }
+  for (const auto &[Name, Value] : Key.Values)
+    WriteValue(Writer, Name, Value);
 }
 
 void WriteFile(TWriter &Writer, std::u16string_view Path, const TFileContent &File) {
@@ -112,6 +119,35 @@ void WriteMarks(TWriter &Writer, const TUndoMarks &Marks) {
   for (const auto &[Path, Mark] : Marks.Files) {
     Writer.Text(Path);
     Writer.Number(static_cast<std::uint8_t>(Mark));
+  }
+}
+
+// Of the keys only those that are to be otherwise than before.
+void WriteGoal(TWriter &Writer, const TSnapshot &Before, const TRestoreGoal &Goal) {
+  Writer.Text(Goal.BackupName);
+  std::vector<TKeyPlace> Gone;
+  for (const auto &[Place, Key] : Before.Keys)
+    if (!Goal.Keys.contains(Place))
+      Gone.push_back(Place);
+  std::vector<TSavedKeys::const_iterator> Other;
+  for (auto Key = Goal.Keys.begin(); Key != Goal.Keys.end(); ++Key) {
+    const auto Old = Before.Keys.find(Key->first);
+    if (Old == Before.Keys.end() || !SameInfo(Old->second.Info, Key->second.Info) ||
+        !SameValues(Old->second.Values, Key->second.Values))
+      Other.push_back(Key);
+  }
+  WritePlaces(Writer, Gone);
+  Writer.Count(Other.size());
+  for (const auto &Key : Other)
+    WriteKey(Writer, Key->first, Key->second);
+  Writer.Count(Goal.Files.size());
+  for (const auto &[Path, File] : Goal.Files)
+    WriteFile(Writer, Path, File);
+  WritePlaces(Writer, Goal.EditorKeys);
+  Writer.Count(Goal.EditorValues.size());
+  for (const TEditorValue &Value : Goal.EditorValues) {
+    Writer.Place(Value.Key);
+    WriteValue(Writer, Value.Name, Value.Value);
   }
 }
 
@@ -185,6 +221,14 @@ TScope ReadScope(TReader &Reader) {
   return Scope;
 }
 
+TSavedValue ReadValue(TReader &Reader) {
+  TSavedValue Value;
+  Value.Type = static_cast<TRegType>(Reader.Number<std::uint32_t>());
+  Value.Order = Reader.Number<std::uint32_t>();
+  Value.Bytes = Reader.ByteVector();
+  return Value;
+}
+
 TSavedKey ReadKey(TReader &Reader) {
   TSavedKey Key;
   Key.Info.ClassName = Reader.Text();
@@ -192,11 +236,7 @@ TSavedKey ReadKey(TReader &Reader) {
   Key.Info.IsLink = Reader.Number<std::uint8_t>() != 0;
   for (std::size_t Left = Reader.Count(); Left > 0; --Left) {
     std::u16string Name = Reader.Text();
-    TSavedValue Value;
-    Value.Type = static_cast<TRegType>(Reader.Number<std::uint32_t>());
-    Value.Order = Reader.Number<std::uint32_t>();
-    Value.Bytes = Reader.ByteVector();
-    Key.Values.insert_or_assign(std::move(Name), std::move(Value));
+    Key.Values.insert_or_assign(std::move(Name), ReadValue(Reader));
   }
   return Key;
 }
@@ -227,7 +267,52 @@ TUndoMarks ReadMarks(TReader &Reader) {
   return Marks;
 }
 
-TUndoRecord ReadBody(TReader &Reader) {
+TRestoreGoal ReadGoal(TReader &Reader, const TSnapshot &Before) {
+  TRestoreGoal Goal;
+  Goal.BackupName = Reader.Text();
+  Goal.Keys = Before.Keys;
+  for (std::size_t Left = Reader.Count(); Left > 0; --Left)
+    Goal.Keys.erase(Reader.Place());
+  for (std::size_t Left = Reader.Count(); Left > 0; --Left) {
+    TKeyPlace Place = Reader.Place();
+    Goal.Keys.insert_or_assign(std::move(Place), ReadKey(Reader));
+  }
+  for (std::size_t Left = Reader.Count(); Left > 0; --Left) {
+    std::u16string Path = Reader.Text();
+    Goal.Files.insert_or_assign(std::move(Path), ReadFile(Reader));
+  }
+  for (std::size_t Left = Reader.Count(); Left > 0; --Left)
+    Goal.EditorKeys.insert(Reader.Place());
+  for (std::size_t Left = Reader.Count(); Left > 0; --Left) {
+    TEditorValue Value{Reader.Place(), Reader.Text(), {}};
+    Value.Value = ReadValue(Reader);
+    Goal.EditorValues.push_back(std::move(Value));
+  }
+  return Goal;
+}
+
+// Version 1 marked as Named all that the backup's text named, although its fix had not
+// touched most of that. A thing can only have been hit in place of the one of its name
+// that is stored in the other half of the classes.
+void DropNamed(TUndoMarks &Marks) {
+  const auto IsOtherTaken = [&Marks](const TKeyPlace &Place, const std::u16string *Name) {
+    const TKeyPlace Other = {Place.Root == TRegRoot::LocalMachine ? TRegRoot::CurrentUser
+                                                                  : TRegRoot::LocalMachine,
+                             Place.Path};
+    return IsAtOrBelow(Place, {Place.Root, u"Software\\Classes"}) &&
+           (Marks.OfKey(Other) == TUndoMark::Taken ||
+            (Name && Marks.OfValue(Other, *Name) == TUndoMark::Taken));
+  };
+  for (auto &[Place, Key] : Marks.Keys) {
+    if (Key.Key == TUndoMark::Named && !IsOtherTaken(Place, nullptr))
+      Key.Key = TUndoMark::Kept;
+    std::erase_if(Key.Values, [&, &At = Place](const auto &Value) {
+      return Value.second == TUndoMark::Named && !IsOtherTaken(At, &Value.first);
+    });
+  }
+}
+
+TUndoRecord ReadBody(TReader &Reader, std::uint32_t FileVersion) {
   TUndoRecord Record;
   Record.Kind = Reader.Choice(TUndoKind::Fix, TUndoKind::Restore);
   Record.ViewBits = Reader.Number<std::uint8_t>();
@@ -253,6 +338,10 @@ TUndoRecord ReadBody(TReader &Reader) {
         Reader.Choice(TFileStatus::Ok, TFileStatus::Failed);
   }
   Record.Marks = ReadMarks(Reader);
+  if (FileVersion == 1)
+    DropNamed(Record.Marks);
+  else if (Reader.Number<std::uint8_t>() != 0)
+    Record.Goal = ReadGoal(Reader, Record.Before);
   return Reader.AtEnd() ? std::move(Record) : throw TMalformed();
 }
 
@@ -282,6 +371,9 @@ std::string EncodeUndoRecord(const TUndoRecord &Record) {
     Body.Number(static_cast<std::uint8_t>(Status));
   }
   WriteMarks(Body, Record.Marks);
+  Body.Number(static_cast<std::uint8_t>(Record.Goal ? 1 : 0));
+  if (Record.Goal)
+    WriteGoal(Body, Record.Before, *Record.Goal);
 
   TWriter Out;
   Out.Out = Magic;
@@ -298,7 +390,8 @@ std::optional<TUndoRecord> DecodeUndoRecord(std::string_view Bytes, TError &Why)
     return std::nullopt;
   }
   TReader Header(Bytes.substr(Magic.size()));
-  if (const auto Found = Header.Number<std::uint32_t>(); Found != Version) {
+  const auto Found = Header.Number<std::uint32_t>();
+  if (Found < OldestVersion || Found > Version) {
     Why = {TErrorCode::RecordOfNewerVersion, {}, Found};
     return std::nullopt;
   }
@@ -310,7 +403,7 @@ std::optional<TUndoRecord> DecodeUndoRecord(std::string_view Bytes, TError &Why)
     return std::nullopt;
   try {
     TReader Reader(Body);
-    TUndoRecord Record = ReadBody(Reader);
+    TUndoRecord Record = ReadBody(Reader, Found);
     Why = {};
     return Record;
   } catch (const TMalformed &) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "repair/EditorText.h"
 #include "repair/Snapshot.h"
 
 namespace hivesweep {
@@ -19,7 +20,7 @@ enum class TUndoKind : std::uint8_t { Fix = 1, Restore = 2 };
 // is a greater number.
 enum class TUndoMark : std::uint8_t {
   Kept = 0,  // nothing; it stands beside what is touched
-  Named = 1, // nothing, but the backup text names it: brought back when it is gone
+  Named = 1, // perhaps, in place of another thing of its name: brought back when it is gone
   Taken = 2, // deletes or replaces it
   Added = 3, // makes it; it was not there before
 };
@@ -41,6 +42,17 @@ struct TUndoMarks {
   TUndoMark OfValue(const TKeyPlace &Place, std::u16string_view Name) const;
 };
 
+// What a restore is about to do. By this, what it has left behind when it was broken off is
+// told from what others have done since.
+struct TRestoreGoal {
+  std::u16string BackupName; // what is restored
+  TSavedKeys Keys;           // what will be there of the record's scope
+  std::map<std::u16string, TFileContent, TNameLess> Files;
+  // What the registry editor makes on the way, where that is not what will be there.
+  std::set<TKeyPlace, TKeyPlaceLess> EditorKeys;
+  std::vector<TEditorValue> EditorValues;
+};
+
 struct TUndoRecord {
   TUndoKind Kind = TUndoKind::Fix;
   std::uint8_t ViewBits = 0; // 32 or 64: which half of a 64-bit registry the paths are of
@@ -48,6 +60,7 @@ struct TUndoRecord {
   std::uint32_t Changes = 0; // how many things the user sees as changed
   TSnapshot Before;
   TUndoMarks Marks;
+  std::optional<TRestoreGoal> Goal; // of a restore that is not Finished
 };
 
 // The bits of the registry that this program sees.
@@ -56,6 +69,19 @@ constexpr std::uint8_t ThisView() { return sizeof(void *) * 8; }
 // What the record's operation did, undone in Present: what it took is there again as it
 // was, what it added is gone, and what somebody else has changed since stays.
 TSnapshot Undone(const TUndoRecord &Record, const TSnapshot &Present);
+
+// Whether the record's restore, which was broken off, has reached its goal all the same, and
+// Present without what it wrote: only what is still as that restore or its editor wrote it
+// is again as it was before. Without a goal nothing of Present is changed.
+struct TTakenBack {
+  bool HasReachedGoal = false;
+  TSnapshot Wanted;
+};
+TTakenBack TakenBack(const TUndoRecord &Record, const TSnapshot &Present);
+
+// Those marks whose thing is not there Now, or can't be looked at: what was to be deleted and
+// is still there was left alone.
+TUndoMarks MarksOfGone(const TUndoMarks &Marks, const TSnapshot &Now);
 
 // The marks of whatever made Before into After.
 TUndoMarks MarksOfChange(const TSnapshot &Before, const TSnapshot &After);

@@ -42,6 +42,11 @@ public:
   // name: none is ever replaced.
   TError Save(const TUndoRecord &Record, std::u16string_view BackupName, TUndoFile &File);
 
+  // Saves the record once more in the place that Save gave it.
+  TError Replace(const TUndoRecord &Record, const TUndoFile &File) {
+    return SaveAs(Record, File.Name);
+  }
+
   // Ends a pending record: Record, which is saved in its place first, becomes one of
   // those that can be undone, by the name that it has.
   TError Finish(const TUndoRecord &Record, const TUndoFile &File);

@@ -70,6 +70,26 @@ TEST(CliFix, IsUndoneByTheCommandThatItNames) {
     EXPECT_FALSE(Has(ToUtf8(Path), Name.substr(0, Name.find('.')) + "."));
 }
 
+TEST(CliRestore, AnInterruptedOneIsToldByEveryCommandAndPutRight) {
+  TLiveCli Live;
+  ASSERT_EQ(Live.Run({"fix", "--yes"}), 0) << Live.Cli.Console.Error;
+  const std::string Name = NewestBackup(Live, 1);
+  const std::string Stem = "undo/" + Name.substr(0, Name.find('.'));
+  TError Why;
+  TUndoRecord Record = *DecodeUndoRecord(Live.Cli.Read(FromUtf8(Stem + ".undo")), Why);
+  Record.Kind = TUndoKind::Restore;
+  Record.Finished = false;
+  Record.Goal = TRestoreGoal{u"backup7.reg", Record.Before.Keys, {}, {}, {}};
+  Live.Cli.Write(FromUtf8(Stem + "-2.pending"), EncodeUndoRecord(Record));
+  for (const char *const Command : {"backups", "statistics"}) {
+    EXPECT_EQ(Live.Run({Command}), 0);
+    EXPECT_TRUE(Has(Live.Cli.Console.Error, "the restore of backup7.reg was interrupted"));
+  }
+  EXPECT_EQ(Live.Run({"restore", Name, "--yes"}), 0) << Live.Cli.Console.Error;
+  Live.Run({"backups"});
+  EXPECT_EQ(Live.Cli.Console.Error, "");
+}
+
 TEST(CliFix, TakesWhatTheRisksSay) {
   static const struct {
     TWords Arguments;

@@ -371,6 +371,36 @@ TEST_F(FixTest, AKeyOfTheClassesRootTakesTheUsersFirst) {
   EXPECT_TRUE(Has(u"Software\\Classes\\x", u"v")) << "and comes back where it was";
 }
 
+TEST_F(FixTest, ItsRecordIsEnoughForTheUndoAndBelongsToOneProgram) {
+  auto Editor = std::make_unique<TTestEditor>([](std::u16string_view) {});
+  TTestEditor &Started = *Editor;
+  Platform_.Shell = std::move(Editor);
+  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"v");
+  Fix_->Engine.BackupText = {u"[HKEY_CURRENT_USER\\A]", u"\"v\"=\"1\""};
+  const std::u16string Name = Fix_->Run().BackupName;
+  std::string Bytes = Content(Backup(Name));
+  std::fill(Bytes.begin() + 50, Bytes.end(), '\0'); // a zeroed sector
+  ASSERT_EQ(WriteWholeFile(Backup(Name), Bytes), TError());
+
+  const std::u16string File = Fix_->Clean.Paths.UndoFolderPath + Name.substr(0, Name.find(u'.'));
+  const std::string Good = Content(File + u".undo");
+  TError Why;
+  TUndoRecord Record = *DecodeUndoRecord(Good, Why);
+  Record.ViewBits = 96 - ThisView();
+  ASSERT_EQ(WriteWholeFile(File + u".undo", EncodeUndoRecord(Record)), TError());
+  EXPECT_FALSE(Fix_->Clean.RestoreBackup(Name));
+  ASSERT_EQ(Fix_->Clean.RestoreReport().Failure.Cause.size(), 1u);
+  EXPECT_EQ(Fix_->Clean.RestoreReport().Failure.Cause[0].Code, TErrorCode::RecordOfOtherView);
+
+  ASSERT_EQ(WriteWholeFile(File + u".undo", Good), TError());
+  ASSERT_TRUE(Fix_->Clean.RestoreBackup(Name));
+  Fix_->Clean.FinishRestore();
+  EXPECT_TRUE(Has(u"A", u"v"));
+  EXPECT_TRUE(Fix_->Clean.RestoreReport().Notes.empty());
+  EXPECT_EQ(Fix_->Clean.RestoreReport().Remarks.size(), 1u);
+  EXPECT_TRUE(Started.Started.empty());
+}
+
 TEST_F(FixTest, CanBeLeftBeforeTheNextProblem) {
   for (const std::u16string_view Name : {u"v", u"w"})
     Fix_->Add(u"HKEY_CURRENT_USER\\A", Name);
@@ -380,7 +410,8 @@ TEST_F(FixTest, CanBeLeftBeforeTheNextProblem) {
       Fix_->Clean.StopFix();
   };
   Platform_.Messages = std::move(Messages);
-  EXPECT_EQ(Fix_->Run().Removed, 1);
+  const TFixReport Report = Fix_->Run();
+  EXPECT_EQ(Report.Removed, 1);
   EXPECT_TRUE(Has(u"A", u"v"));
   EXPECT_EQ(Fix_->Problems.TotalCount(), 1);
   // And while it is being recorded: then nothing is kept.
@@ -388,6 +419,11 @@ TEST_F(FixTest, CanBeLeftBeforeTheNextProblem) {
   EXPECT_EQ(Fix_->Run().BackupName, u"");
   EXPECT_TRUE(Has(u"A", u"v"));
   EXPECT_EQ(Fix_->Clean.EnumerateBackups().size(), Backups);
+  // What it did not come to is none of its undo's business.
+  Platform_.Registry->Open(TRegRoot::CurrentUser, u"A", TRegAccess::Full).Key->DeleteValue(u"v");
+  ASSERT_TRUE(Fix_->Clean.RestoreBackup(Report.BackupName));
+  Fix_->Clean.FinishRestore();
+  EXPECT_TRUE(Has(u"A", u"w") && !Has(u"A", u"v"));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "platform/ErrorTexts.h"
 #include "repair/UndoRecord.h"
 #include "tests/repair/TestRepair.h"
 
@@ -30,8 +31,32 @@ TUndoRecord FullRecord() {
   Record.Marks.MarkKey(Place(u"T\\new"), TUndoMark::Added);
   Record.Marks.MarkValue(Place(u"A"), u"", TUndoMark::Taken);
   Record.Marks.Files[u"C:\\a.lnk"] = TUndoMark::Taken;
+  Record.Goal = TRestoreGoal{u"backup1.reg", Before.Keys, Before.Files, {Place(u"E")}, {}};
+  Record.Goal->Keys.erase(Place(u"A"));
+  Record.Goal->Keys[Place(u"G")].Values[u"v"] = {TRegType::Dword, {std::byte{4}}, 0};
+  Record.Goal->EditorValues = {{Place(u"E"), u"n", {TRegType::String, BytesOf(u"x"), 0}}};
   return Record;
 }
+
+// A record's file with that body and a checksum that is right.
+std::string FileOf(std::uint8_t Version, std::string_view Body) {
+  std::uint32_t Sum = 0xFFFF'FFFFu;
+  for (const char Byte : Body) {
+    Sum ^= static_cast<unsigned char>(Byte);
+    for (int Bit = 0; Bit < 8; ++Bit)
+      Sum = (Sum >> 1) ^ ((Sum & 1) != 0 ? 0xEDB8'8320u : 0u);
+  }
+  std::string Out = "HSWPUNDO";
+  const auto Add = [&Out](std::uint64_t Number, int Bytes) {
+    for (int Byte = 0; Byte < Bytes; ++Byte)
+      Out.push_back(static_cast<char>(Number >> (8 * Byte)));
+  };
+  Add(Version, 4);
+  Add(Body.size(), 8);
+  Add(~Sum, 4);
+  return Out.append(Body);
+}
+constexpr std::size_t BodyAt = 24;
 
 TEST(UndoFormat, ReadsBackWhatItWrote) {
   const std::string Bytes = EncodeUndoRecord(FullRecord());
@@ -64,32 +89,45 @@ TEST(UndoFormat, RefusesWhatIsCutOrChanged) {
   }
   EXPECT_FALSE(DecodeUndoRecord(Bytes + "x", Why));
   std::string Newer = Bytes;
-  Newer[8] = 2;
+  Newer[8] = 3;
   EXPECT_FALSE(DecodeUndoRecord(Newer, Why));
-  EXPECT_EQ(Why.Number, 2u);
+  EXPECT_EQ(Why.Number, 3u);
 }
 
 // A right checksum over lengths that lie: no crash, no large allocation.
 TEST(UndoFormat, RefusesLyingLengthsBehindARightChecksum) {
   const std::string Bytes = EncodeUndoRecord(FullRecord());
-  constexpr std::size_t BodyAt = 24;
   TError Why;
   int Refused = 0;
   for (std::size_t At = BodyAt + 7; At + 4 <= Bytes.size(); ++At) {
     std::string Lying = Bytes;
     Lying.replace(At, 4, "\xFF\xFF\xFF\x7F");
-    std::uint32_t Sum = 0xFFFF'FFFFu;
-    for (const char Byte : Lying.substr(BodyAt)) {
-      Sum ^= static_cast<unsigned char>(Byte);
-      for (int Bit = 0; Bit < 8; ++Bit)
-        Sum = (Sum >> 1) ^ ((Sum & 1) != 0 ? 0xEDB8'8320u : 0u);
-    }
-    Sum = ~Sum;
-    for (std::size_t Byte = 0; Byte < 4; ++Byte)
-      Lying[20 + Byte] = static_cast<char>(Sum >> (8 * Byte));
-    Refused += DecodeUndoRecord(Lying, Why) ? 0 : 1;
+    Refused += DecodeUndoRecord(FileOf(2, Lying.substr(BodyAt)), Why) ? 0 : 1;
   }
   EXPECT_GT(Refused, 50);
+}
+
+// The first version had no goals, and marked all that a backup's text named.
+TEST(UndoFormat, ReadsTheFirstVersion) {
+  TUndoRecord Record = FullRecord();
+  Record.Goal.reset();
+  const TKeyPlace Machine = {TRegRoot::LocalMachine, u"Software\\Classes\\x"};
+  Record.Marks.MarkKey(Machine, TUndoMark::Named);
+  Record.Marks.MarkValue(Machine, u"v", TUndoMark::Named);
+  Record.Marks.MarkValue(Machine, u"w", TUndoMark::Named);
+  Record.Marks.MarkValue(Place(Machine.Path), u"v", TUndoMark::Taken);
+  Record.Marks.MarkValue(Place(u"A"), u"other", TUndoMark::Named);
+  std::string Body = EncodeUndoRecord(Record).substr(BodyAt);
+  Body.pop_back();
+  TError Why;
+  const auto Read = DecodeUndoRecord(FileOf(1, Body), Why);
+  ASSERT_TRUE(Read) << ToUtf8(EnglishWords(Why));
+  EXPECT_FALSE(Read->Goal);
+  EXPECT_EQ(Read->Marks.OfValue(Place(u"A"), u""), TUndoMark::Taken);
+  EXPECT_EQ(Read->Marks.OfValue(Place(u"A"), u"other"), TUndoMark::Kept) << "it was never fixed";
+  EXPECT_EQ(Read->Marks.OfValue(Machine, u"v"), TUndoMark::Named) << "it may have been hit";
+  EXPECT_EQ(Read->Marks.OfValue(Machine, u"w"), TUndoMark::Kept);
+  EXPECT_EQ(Read->Marks.OfKey(Machine), TUndoMark::Kept);
 }
 
 // One value of one key through a fix or restore and back.
@@ -142,6 +180,75 @@ TEST(Undone, AddedKeysGoUnlessSomethingNewIsInThem) {
   for (const auto &[Key, Content] : Wanted.Keys)
     Left += Key.Path + u" ";
   EXPECT_EQ(Left, u"M M\\x M\\x\\newer ");
+}
+
+// One value through a restore that was broken off: only its own work is taken back.
+TEST(TakenBack, LeavesAloneWhatOthersHaveDone) {
+  static const struct {
+    const char *Why;
+    const char16_t *Before; // null: not there
+    const char16_t *Goal;
+    const char16_t *Present;
+    const char16_t *Wanted;
+    bool HasReachedGoal;
+  } Cases[] = {
+      {"not yet written", nullptr, u"1", nullptr, nullptr, false},
+      {"written", nullptr, u"1", u"1", nullptr, true},
+      {"written, then changed by somebody", nullptr, u"1", u"2", u"2", true},
+      {"replaced", u"0", u"1", u"1", u"0", true},
+      {"replaced, then deleted by somebody", u"0", u"1", nullptr, nullptr, true},
+      {"removed", u"0", nullptr, nullptr, u"0", true},
+      {"removed, then made again by somebody", u"0", nullptr, u"2", u"2", true},
+      {"not yet removed", u"0", nullptr, u"0", u"0", false},
+      {"left by the editor", nullptr, nullptr, u"editor", nullptr, false},
+      {"none of the restore's", nullptr, nullptr, u"2", u"2", true},
+  };
+  for (const auto &C : Cases) {
+    TUndoRecord Record;
+    Record.Finished = false;
+    Record.Goal = TRestoreGoal{};
+    Record.Goal->EditorValues = {{Place(u"K"), u"v", {TRegType::String, BytesOf(u"editor"), 0}}};
+    TSnapshot Present;
+    const auto Set = [](TSavedKeys &Keys, const char16_t *Data) {
+      Keys[Place(u"K")];
+      if (Data)
+        Keys[Place(u"K")].Values[u"v"] = {TRegType::String, BytesOf(Data), 0};
+    };
+    Set(Record.Before.Keys, C.Before);
+    Set(Record.Goal->Keys, C.Goal);
+    Set(Present.Keys, C.Present);
+    const TTakenBack Taken = TakenBack(Record, Present);
+    EXPECT_EQ(Taken.HasReachedGoal, C.HasReachedGoal) << C.Why;
+    const TSavedValue *const Value = Taken.Wanted.FindValue(Place(u"K"), u"v");
+    ASSERT_EQ(Value != nullptr, C.Wanted != nullptr) << C.Why;
+    EXPECT_TRUE(!Value || Value->Bytes == BytesOf(C.Wanted)) << C.Why;
+  }
+}
+
+// What a restore tells when not all is as it was.
+TEST(Snapshot, DifferencesAreNamedOneByOne) {
+  TSnapshot Wanted;
+  TSavedKey &Key = Wanted.Keys[Place(u"K")];
+  Key.Info.ClassName = u"class";
+  Key.Info.Security = {std::byte{1}};
+  Key.Values[u"v"] = {TRegType::String, BytesOf(u"1"), 0};
+  Wanted.Keys[Place(u"missing")];
+  Wanted.Files[u"C:\\a.lnk"].Bytes = "1";
+  TSnapshot Now = Wanted;
+  EXPECT_TRUE(Differences(Now, Wanted).empty());
+  Now.Scope.Files = {u"C:\\a.lnk"};
+  Now.Files.clear();
+  Now.Keys.erase(Place(u"missing"));
+  Now.Keys[Place(u"extra")];
+  Now.Keys[Place(u"K")] = {};
+  Now.Keys[Place(u"K")].Values[u"w"];
+  std::u16string Told;
+  const TPutFailure Denied = {PathOf(Place(u"K")), u"v", TRegStatus::Denied};
+  for (const TPutFailure &Failure : Differences(Now, Wanted, {&Denied, 1}))
+    Told += Failure.Path.substr(Failure.Path.find(u'\\') + 1) + u"." + Failure.Value +
+            ToDecimal(static_cast<std::uint32_t>(Failure.Part)) +
+            (Failure.Status == TRegStatus::Denied ? u"denied " : u" ");
+  EXPECT_EQ(ToUtf8(Told), "K.v0denied K.w0 K.1 K.2 missing.0 extra.0 a.lnk.0 ");
 }
 
 // What one TakeSnapshot can't read is never taken for gone.

@@ -84,9 +84,11 @@ private:
     ASSERT_TRUE(Parameters.starts_with(u"/s \"") && Parameters.ends_with(u'"'));
     std::string Bytes;
     ASSERT_EQ(ReadWholeFile(Parameters.substr(4, Parameters.size() - 5), Bytes), TError());
-    const std::u16string Text = FromAnsi(Bytes);
+    std::u16string Text = FromAnsi(Bytes);
+    RemoveAll(Text, u"\\\r"); // lists of bytes go on in the next line
     std::u16string Key;
-    for (const std::u16string_view Line : SplitLines(Text)) {
+    for (std::u16string_view Line : SplitLines(Text)) {
+      Line = Trim(Line);
       if (Line.starts_with(u'['))
         Key = u"Windows Registry Editor Version 5.00\r\n" + std::u16string(Line) + u"\r\n";
       if (!Key.empty())
@@ -97,6 +99,14 @@ private:
   TFileContent Before_;
   std::unique_ptr<TTestRegistry> Registry_; // removes the test's key in the end
 };
+
+// A string's end of a line of Describe.
+std::u16string Described(std::u16string_view Data) {
+  std::u16string Out;
+  for (const std::byte Byte : BytesOf(Data))
+    Out.push_back(static_cast<char16_t>(u'\x100' + std::to_integer<int>(Byte)));
+  return Out + u"\n";
+}
 
 class UndoTest : public testing::TestWithParam<TRegistryKind> {};
 
@@ -245,10 +255,7 @@ TEST_P(UndoTest, NewerDataIsKeptOutOfHarm) {
   const auto Has = [&](std::u16string_view Name, std::u16string_view Data) {
     std::u16string Line = u"value " + std::u16string(Name) + u" type ";
     const std::size_t At = Now.find(Line);
-    std::u16string Bytes;
-    for (const std::byte Byte : BytesOf(Data))
-      Bytes.push_back(static_cast<char16_t>(u'\x100' + std::to_integer<int>(Byte)));
-    return At != std::u16string::npos && Now.find(Bytes + u"\n", At) != std::u16string::npos;
+    return At != std::u16string::npos && Now.find(Described(Data), At) != std::u16string::npos;
   };
   EXPECT_TRUE(Has(u"", u"top")) << "what the fix took is back";
   EXPECT_TRUE(Has(u"extra", u"newer still")) << "what came meanwhile stays";
@@ -258,6 +265,67 @@ TEST_P(UndoTest, NewerDataIsKeptOutOfHarm) {
 
   EXPECT_EQ(Restore(Fix.Clean, Restored.UndoName).Failure, TError());
   EXPECT_EQ(Difference(Subject.Now(), Newer), "") << "and what was replaced comes back";
+}
+
+// The registry holds lines for the editor in a value's name and data, and somebody adds one
+// to the backup as well. None is obeyed, and the fixed values come back.
+TEST_P(UndoTest, NoLineOfOthersIsImported) {
+  for (const bool IsTextChanged : {false, true}) {
+    TWorld World(GetParam());
+    TTestFix Fix(World.Platform, World.DataFolder());
+    TSubject &Subject = *World.Subject;
+    Subject.Text(u"Foreign\\Tree", u"v", u"stays");
+    const std::u16string Lines = u"\r\n[-" + Subject.KeyPath(u"Foreign") + u"]\r\n[" +
+                                 Subject.KeyPath(u"Planted") + u"]\r\n";
+    const std::pair<std::u16string, std::u16string> Values[] = {
+        {u"x\"=\"1\"" + Lines + u"\"y", u"d"}, {u"data", u"x" + Lines}, {u"plain", u"p"}};
+    for (const auto &[Name, Data] : Values) {
+      Subject.Text(u"Values", Name, Data);
+      Fix.Add(Subject.KeyPath(u"Values"), Name);
+      Fix.Engine.BackupText.push_back(KeyLine(Subject.KeyPath(u"Values")));
+      Fix.Engine.BackupText.push_back(StringLine(Name, Escaped(Data)));
+    }
+    const std::u16string Before = Subject.Now();
+    const TFixReport Report = Fix.Run();
+    EXPECT_EQ(Report.Removed, 3);
+    const std::u16string Text = Fix.Clean.Paths.BackupFolderPath + Report.BackupName;
+    std::string Bytes;
+    ASSERT_EQ(ReadWholeFile(Text, Bytes), TError());
+    EXPECT_NE(Bytes.find("plain"), std::string::npos) << "what harms nobody is in the text";
+    if (IsTextChanged) {
+      ASSERT_EQ(WriteWholeFile(Text, Bytes + " [-" + ToUtf8(Subject.KeyPath(u"Foreign")) + "]\r\n"),
+                TError());
+    }
+    const TRestoreReport Restored = Restore(Fix.Clean, Report.BackupName);
+    EXPECT_EQ(Restored.Failure, TError());
+    EXPECT_TRUE(Restored.Notes.empty() && Restored.NotRestored.empty());
+    EXPECT_EQ(Restored.Remarks.size(), IsTextChanged ? 1u : 0u);
+    EXPECT_EQ(Difference(Subject.Now(), Before), "");
+  }
+}
+
+// What was listed in the same backup and not fixed is not the undo's business, and one entry
+// that can't come back does not keep the others from it.
+TEST_P(UndoTest, BringsBackAllThatWasFixedAndNothingElse) {
+  TWorld World(GetParam());
+  TTestFix Fix(World.Platform, World.DataFolder());
+  ASSERT_NO_FATAL_FAILURE(Prepare(Fix, World, false));
+  const auto Remove = [&] {
+    const TRegOpened Own = World.Platform.Registry->Open(TRegRoot::CurrentUser,
+                                                         World.Subject->Path(), TRegAccess::Full);
+    EXPECT_EQ(Own.Key->DeleteTree(u"Unchosen"), TRegStatus::Ok);
+  };
+  const std::u16string Name = Fix.Run().BackupName;
+  Remove();
+  ASSERT_TRUE(World.Platform.Files->CreateFolder(World.Shortcut)); // in the file's place
+  const TRestoreReport Report = Restore(Fix.Clean, Name);
+  EXPECT_EQ(Report.Failure, TError());
+  ASSERT_EQ(Report.NotRestored.size(), 1u);
+  EXPECT_EQ(Report.NotRestored[0].Path, World.Shortcut);
+  const std::u16string Now = World.Subject->Now();
+  EXPECT_EQ(Now.find(u"Unchosen"), std::u16string::npos) << "it was never fixed";
+  EXPECT_NE(Now.find(u"Sub class"), std::u16string::npos);
+  EXPECT_NE(Now.find(u"hit"), std::u16string::npos);
 }
 
 // The program dies in its n-th call of the seam, or that one call fails, for every n:
@@ -328,6 +396,55 @@ protected:
     EXPECT_GT(Calls, 100u) << "the sweep has something to break";
   }
 
+  // Breaks the restore after a fix in each of its calls, then lets a restore of another backup
+  // begin, which puts that right.
+  void SweepInterrupted(bool Cut, bool IsChangedMeanwhile) {
+    std::uint64_t Calls = 0;
+    int Pending = 0;
+    for (std::uint64_t Call = 0; Call <= Calls && !HasFailure();) {
+      TWorld World(GetParam());
+      TPowerCut Power;
+      std::u16string Before, Name, Other;
+      Live(World, Power, [&](TTestFix &Fix) {
+        Fix.Add(World.Subject->KeyPath(u"Nothing"), u"here");
+        Other = Fix.Run().BackupName;
+      });
+      Live(World, Power, [&](TTestFix &Fix) {
+        ASSERT_NO_FATAL_FAILURE(Prepare(Fix, World, false));
+        Before = World.Subject->Now();
+        Name = Fix.Run().BackupName;
+      });
+      const std::u16string Fixed = World.Subject->Now();
+      Power.Reset();
+      Cut ? Power.CutBefore(Call) : Power.FailOnly(Call);
+      Live(World, Power, [&](TTestFix &Fix) { Restore(Fix.Clean, Name); });
+      if (Call == 0)
+        Calls = Power.Calls();
+
+      const std::string Why = (Cut ? "killed in call " : "failed in call ") + std::to_string(Call);
+      TTestFix Later(World.Platform, World.DataFolder());
+      const bool IsPending = !Later.Clean.InterruptedRestores().empty();
+      Pending += IsPending ? 1 : 0;
+      const std::u16string Left = World.Subject->Now();
+      const bool IsReached = Left == Before && World.HasShortcut();
+      if (IsChangedMeanwhile)
+        World.Subject->Text(u"Trees\\0\\Top", u"", u"installed again");
+      const TRestoreReport Report = Restore(Later.Clean, Other);
+      EXPECT_EQ(Report.Failure, TError()) << Why;
+      if (IsChangedMeanwhile)
+        EXPECT_NE(World.Subject->Now().find(Described(u"installed again")), std::u16string::npos)
+            << Why;
+      else if (!IsPending || IsReached)
+        EXPECT_EQ(Difference(World.Subject->Now(), Left), "") << Why << ": it had reached its goal";
+      else
+        EXPECT_EQ(Difference(World.Subject->Now(), Fixed), "") << Why << ": it is taken back";
+      EXPECT_EQ(Report.Remarks.empty(), !IsPending || Left == Fixed) << Why;
+      EXPECT_TRUE(Later.Clean.InterruptedRestores().empty()) << Why;
+      Call += Step(World, Calls);
+    }
+    EXPECT_GT(Pending, 0);
+  }
+
 private:
   class TCutEditor final : public TShell {
   public:
@@ -349,6 +466,13 @@ TEST_P(UndoSweepTest, AFixThatIsKilledAtAnyPointIsUndone) { Sweep(false, true); 
 TEST_P(UndoSweepTest, ARestoreThatIsKilledAtAnyPointIsDoneAgain) { Sweep(true, true); }
 TEST_P(UndoSweepTest, AFixWithAnyCallFailingIsUndone) { Sweep(false, false); }
 TEST_P(UndoSweepTest, ARestoreWithAnyCallFailingIsDoneAgain) { Sweep(true, false); }
+TEST_P(UndoSweepTest, AKilledRestoreIsTakenBackUnlessItHasReachedItsGoal) {
+  SweepInterrupted(true, false);
+}
+TEST_P(UndoSweepTest, ARestoreThatReachedItsGoalIsNotTakenBackForAFailure) {
+  SweepInterrupted(false, false);
+}
+TEST_P(UndoSweepTest, WhatCameAfterAKilledRestoreStays) { SweepInterrupted(true, true); }
 
 const auto NameOfKind = [](const auto &Info) { return std::string(Info.param.Name); };
 INSTANTIATE_TEST_SUITE_P(Hosts, UndoTest, testing::ValuesIn(AllRegistries()), NameOfKind);
