@@ -172,10 +172,11 @@ THolding TPosixStorage::Hold(std::u16string_view Path) {
   if (!File.IsOpen()) {
     Out.Error = Errno(IsName(Path) ? errno : ENOENT);
   } else if (flock(File.Get(), LOCK_EX | LOCK_NB) == 0) {
-    // Without this text somebody else is refused all the same.
-    if (ftruncate(File.Get(), 0) == 0)
-      WriteAndFlush(File.Get(), HolderText(static_cast<std::uint32_t>(getpid()),
-                                           FromUtf8(program_invocation_short_name)));
+    // Who does not learn this is refused all the same.
+    const std::string Text =
+        HolderText(static_cast<std::uint32_t>(getpid()), FromUtf8(program_invocation_short_name));
+    if (ftruncate(File.Get(), 0) != 0 || write(File.Get(), Text.data(), Text.size()) < 0)
+      Out.Holder.clear();
     Out.File = std::make_unique<TPosixHeldFile>(std::move(File));
   } else if (errno == EWOULDBLOCK) {
     Out.IsHeldElsewhere = true;

@@ -132,8 +132,10 @@ public:
                                        nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     const DWORD Error = HoldsZero(Path) ? ERROR_INVALID_NAME : GetLastError();
     if (File.IsOpen()) {
-      // Without this text somebody else is refused all the same.
-      WriteAndFlush(File.Get(), HolderText(GetCurrentProcessId(), ProgramName()));
+      // Who does not learn this is refused all the same.
+      const std::string Text = HolderText(GetCurrentProcessId(), ProgramName());
+      DWORD Written = 0;
+      WriteFile(File.Get(), Text.data(), static_cast<DWORD>(Text.size()), &Written, nullptr);
       Out.File = std::make_unique<TWin32HeldFile>(std::move(File));
     } else if (Error == ERROR_SHARING_VIOLATION) {
       Out.IsHeldElsewhere = true;

@@ -10,6 +10,7 @@ TKeyPlace Place(std::u16string_view Path) { return {TRegRoot::CurrentUser, std::
 
 TUndoRecord FullRecord() {
   TUndoRecord Record;
+  Record.Number = 0x1'0000'0002;
   Record.Kind = TUndoKind::Restore;
   Record.ViewBits = ThisView();
   Record.Finished = false;
@@ -22,6 +23,8 @@ TUndoRecord FullRecord() {
   Key.Info.ClassName = u"class";
   Key.Info.Security = {std::byte{1}, std::byte{0}};
   Key.Info.IsLink = true;
+  Key.Info.Volatile = TRegVolatile::Yes;
+  Key.Info.Label = {std::byte{7}};
   Key.Values[u""] = {static_cast<TRegType>(0xFFFF'FFFFu), {}, 1};
   Key.Values[u"n\n\"\u0416"] = {TRegType::Binary, {std::byte{0}, std::byte{0xFF}}, 0};
   Before.Files[u"C:\\a.lnk"] = {std::string("\0b", 2), 1, 2, ~0ull, 0x27};
@@ -42,8 +45,8 @@ TEST(UndoFormat, ReadsBackWhatItWrote) {
   EXPECT_FALSE(Read->Finished);
   EXPECT_EQ(Read->Changes, 12u);
   const TSavedKey &Key = Read->Before.Keys.at(Place(u"a"));
-  EXPECT_EQ(Key.Info.ClassName, u"class");
-  EXPECT_TRUE(Key.Info.IsLink);
+  EXPECT_EQ(Key.Info, FullRecord().Before.Keys.at(Place(u"A")).Info);
+  EXPECT_EQ(Read->Number, 0x1'0000'0002u);
   EXPECT_EQ(Key.Values.at(u"").Order, 1u);
   EXPECT_EQ(Read->Before.Files.at(u"C:\\a.lnk"), FullRecord().Before.Files.at(u"C:\\a.lnk"));
   EXPECT_FALSE(Read->Before.Knows(Place(u"T\\closed\\below")));
@@ -64,9 +67,45 @@ TEST(UndoFormat, RefusesWhatIsCutOrChanged) {
   }
   EXPECT_FALSE(DecodeUndoRecord(Bytes + "x", Why));
   std::string Newer = Bytes;
-  Newer[8] = 2;
+  Newer[8] = 3;
   EXPECT_FALSE(DecodeUndoRecord(Newer, Why));
-  EXPECT_EQ(Why.Number, 2u);
+  EXPECT_EQ(Why.Number, 3u);
+}
+
+// A record's bytes with the size and the checksum that its body has.
+std::string WithRightHead(std::string Bytes) {
+  constexpr std::size_t BodyAt = 24;
+  std::uint32_t Sum = 0xFFFF'FFFFu;
+  for (const char Byte : Bytes.substr(BodyAt)) {
+    Sum ^= static_cast<unsigned char>(Byte);
+    for (int Bit = 0; Bit < 8; ++Bit)
+      Sum = (Sum >> 1) ^ ((Sum & 1) != 0 ? 0xEDB8'8320u : 0u);
+  }
+  Sum = ~Sum;
+  for (std::size_t Byte = 0; Byte < 4; ++Byte) {
+    Bytes[20 + Byte] = static_cast<char>(Sum >> (8 * Byte));
+    Bytes[12 + Byte] = static_cast<char>((Bytes.size() - BodyAt) >> (8 * Byte));
+  }
+  return Bytes;
+}
+
+// Records of the first version had no number, no volatility and no label.
+TEST(UndoFormat, ReadsRecordsOfTheFirstVersion) {
+  std::string Bytes = EncodeUndoRecord(FullRecord());
+  const std::string Security("\2\0\0\0\1\0\1", 7); // and the mark of a link
+  Bytes.erase(Bytes.find(Security) + Security.size(), 1 + 4 + 1);
+  Bytes.erase(24, 8);
+  Bytes[8] = 1;
+  TError Why;
+  const auto Read = DecodeUndoRecord(WithRightHead(Bytes), Why);
+  ASSERT_TRUE(Read) << ToUtf8(EnglishWords(Why));
+  TUndoRecord Expected = FullRecord();
+  Expected.Number = 0;
+  TRegKeyInfo &Info = Expected.Before.Keys.at(Place(u"A")).Info;
+  Info.Volatile = TRegVolatile::No;
+  Info.Label.clear();
+  EXPECT_EQ(EncodeUndoRecord(*Read), EncodeUndoRecord(Expected));
+  EXPECT_EQ(DecodeUndoHead(Bytes).Changes, 12u);
 }
 
 // A right checksum over lengths that lie: no crash, no large allocation.
@@ -78,15 +117,7 @@ TEST(UndoFormat, RefusesLyingLengthsBehindARightChecksum) {
   for (std::size_t At = BodyAt + 7; At + 4 <= Bytes.size(); ++At) {
     std::string Lying = Bytes;
     Lying.replace(At, 4, "\xFF\xFF\xFF\x7F");
-    std::uint32_t Sum = 0xFFFF'FFFFu;
-    for (const char Byte : Lying.substr(BodyAt)) {
-      Sum ^= static_cast<unsigned char>(Byte);
-      for (int Bit = 0; Bit < 8; ++Bit)
-        Sum = (Sum >> 1) ^ ((Sum & 1) != 0 ? 0xEDB8'8320u : 0u);
-    }
-    Sum = ~Sum;
-    for (std::size_t Byte = 0; Byte < 4; ++Byte)
-      Lying[20 + Byte] = static_cast<char>(Sum >> (8 * Byte));
+    Lying = WithRightHead(Lying);
     Refused += DecodeUndoRecord(Lying, Why) ? 0 : 1;
   }
   EXPECT_GT(Refused, 50);
