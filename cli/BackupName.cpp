@@ -1,13 +1,14 @@
 #include "cli/BackupName.h"
 
 #include "cli/Failure.h"
+#include "platform/DiskFile.h"
 #include "platform/Text.h"
 
 namespace hivesweep {
 
 TBackupEntry FindBackup(const TRegistryClean &Data, const std::string &Name) {
   for (const TBackupEntry &Backup : Data.EnumerateBackups())
-    if (Backup.Name == FromUtf8(Name))
+    if (Backup.Name == PathFromBytes(Name))
       return Backup;
   throw TFailure(TExitCode::Failed, Name + ": there is no backup of that name in " +
                                         ToUtf8(Data.Paths.BackupFolderPath));

@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "cli/Commands.h"
 #include "cli/ListReport.h"
 #include "cli/Session.h"
@@ -16,13 +14,24 @@ std::u16string TimeCell(const TLocalTime &Time) {
   return Text.substr(6, 4) + u"-" + Text.substr(0, 2) + u"-" + Text.substr(3, 2) + Text.substr(10);
 }
 
+std::u16string_view RecordCell(TUndoState Record) {
+  switch (Record) {
+  case TUndoState::Damaged:
+    return u"damaged";
+  case TUndoState::Unreadable:
+    return u"unreadable";
+  case TUndoState::Whole:
+  case TUndoState::None:
+    break;
+  }
+  return FlagCell(Record == TUndoState::Whole);
+}
+
 } // namespace
 
 TExitCode RunBackups(TCliHost &Host, const TOptions &Options) {
   TSession Session = OpenSession(Host, Options, false);
   const auto Data = OpenData(Host.Console, Session, TFolderUse::Reads);
-  const std::vector<TUndoFile> Records =
-      TUndoStore(*Session.Platform.Storage, Data->Paths.UndoFolderPath).List();
   TListReport List("backups", {{u"Name", u"name"},
                                {u"Time", u"time"},
                                {u"Changes", u"changes", TCellKind::Number},
@@ -30,13 +39,10 @@ TExitCode RunBackups(TCliHost &Host, const TOptions &Options) {
                                {u"Text", u"text", TCellKind::Flag},
                                {u"Exact record", u"exact", TCellKind::Flag}});
   for (const TBackupEntry &Backup : Data->EnumerateBackups()) {
-    const bool HasRecord = std::ranges::any_of(Records, [&](const TUndoFile &Record) {
-      return Record.BackupName == Backup.Name && !Record.IsPending;
-    });
     List.Rows.push_back(
         {Backup.Name, TimeCell(Backup.Time), ToDecimal(static_cast<std::uint64_t>(Backup.Changes)),
          ToDecimal(static_cast<std::uint64_t>(Backup.Size)),
-         std::u16string(FlagCell(Backup.HasText)), std::u16string(FlagCell(HasRecord))});
+         std::u16string(FlagCell(Backup.HasText)), std::u16string(RecordCell(Backup.Record))});
   }
   WriteList(Host.Console, Options, List);
   return TExitCode::Done;

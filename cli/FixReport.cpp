@@ -21,6 +21,8 @@ constexpr TReason Reasons[] = {
     {TRemoval::Failed, "could not remove, the system failed: ", "the system failed"},
     {TRemoval::NotRecorded, "left alone, it could not be recorded or was changed meanwhile: ",
      "not recorded or changed meanwhile"},
+    {TRemoval::NotRemakable, "left alone, a restore could not make it again exactly as it is: ",
+     "could not be made again exactly"},
     {TRemoval::Ignored, "left alone, it is on the ignore list by now: ", "ignored by now"},
     {TRemoval::ListUnread,
      "left alone, the ignore list could not be read any more: ", "ignore list not read"},

@@ -9,7 +9,7 @@ namespace hivesweep {
 
 std::string ReadInput(const std::string &Name) {
   std::string Bytes;
-  if (const TError Error = ReadWholeFile(FromUtf8(Name), Bytes))
+  if (const TError Error = ReadWholeFile(PathFromBytes(Name), Bytes))
     throw TFailure(TExitCode::Failed, Name + ": could not be read: " + WordsOf(Error));
   return Bytes;
 }

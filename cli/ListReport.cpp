@@ -15,7 +15,9 @@ TJson JsonCell(const std::u16string &Cell, TCellKind Kind) {
   case TCellKind::Number:
     return TJson::parse(ToUtf8(Cell));
   case TCellKind::Flag:
-    return Cell == FlagCell(true);
+    if (Cell == FlagCell(true) || Cell == FlagCell(false))
+      return Cell == FlagCell(true);
+    break;
   case TCellKind::Text:
     break;
   }

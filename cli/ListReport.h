@@ -14,7 +14,7 @@ namespace hivesweep {
 enum class TCellKind {
   Text,
   Number, // in decimal
-  Flag,   // "yes" or "no"
+  Flag,   // "yes" or "no"; any other word is kept as a text
 };
 
 struct TListColumn {

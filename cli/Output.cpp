@@ -16,7 +16,7 @@ void WriteResult(TCliConsole &Console, const std::optional<std::string> &File,
                  std::string_view Utf8) {
   if (!File)
     return WriteOutput(Console, Utf8);
-  if (const TError Error = WriteWholeFile(FromUtf8(*File), Utf8))
+  if (const TError Error = WriteWholeFile(PathFromBytes(*File), Utf8))
     throw TFailure(TExitCode::Failed, *File + ": could not be written: " + WordsOf(Error));
 }
 

@@ -60,7 +60,7 @@ TMachine LoadMachine(const std::optional<std::string> &Name) {
 TDataPaths DataPaths(const std::optional<std::string> &DataFolder,
                      const std::optional<TPlatform> &Live) {
   if (DataFolder) {
-    const std::u16string Folder = AbsolutePath(FromUtf8(*DataFolder));
+    const std::u16string Folder = AbsolutePath(PathFromBytes(*DataFolder));
     if (const TError Error = CheckFolder(Folder))
       throw TFailure(TExitCode::Failed,
                      *DataFolder + ": is no folder to read from: " + WordsOf(Error));

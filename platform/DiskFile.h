@@ -22,6 +22,10 @@ TError WriteWholeFile(std::u16string_view Path, std::string_view Bytes);
 // None when there is a folder of that name. Else why not.
 TError CheckFolder(std::u16string_view Path);
 
+// A path in the system's own bytes, as the command line has it: UTF-8, and on a POSIX system
+// any other bytes as well. ToUtf8 makes of it what people can read.
+std::u16string PathFromBytes(std::string_view Bytes);
+
 // The path made absolute, from the current folder.
 std::u16string AbsolutePath(std::u16string_view Path);
 

@@ -30,6 +30,11 @@ enum class TErrorCode : std::uint8_t {
   // A fix that did not begin.
   NoBackupWritten,
   IgnoreListUnknown,
+  NothingFixed,
+
+  // Another program is changing what the data folder holds.
+  DataInUse,
+  DataInUseBy, // the subject is that program, Number its process
 
   // Exact records. The subject is the record's file.
   NoRecord,

@@ -116,13 +116,22 @@ struct TRegCounts {
   std::uint32_t Values = 0;
 };
 
+// Whether a key goes when the system ends. Older systems don't tell.
+enum class TRegVolatile : std::uint8_t { No, Yes, NotTold };
+
 // What a key is beside its values and subkeys.
 struct TRegKeyInfo {
   std::u16string ClassName;
   // Owner, group and access list as one self-relative descriptor; empty in a registry
   // that keeps none.
   std::vector<std::byte> Security;
+  // Its mandatory label, as a descriptor of its own; empty when it has none, and on a
+  // system that knows no labels.
+  std::vector<std::byte> Label;
+  TRegVolatile Volatile = TRegVolatile::No;
   bool IsLink = false; // where it leads is its value SymbolicLinkValue of type Link
+
+  bool operator==(const TRegKeyInfo &) const = default;
 };
 
 class TRegKey;
@@ -155,12 +164,18 @@ public:
 
   // Opens the key at Path, below this one, with full access; makes it when it is not
   // there, with all its missing parents. Only a key that is made takes the class name,
-  // the access list (of Security; not the owner) and the nature of a link from Info; a
-  // parent that is made has none of them. An access list that the system does not
-  // let the user set is left out. A path that IsNewKeyPath refuses is Failed.
+  // the access list (of Security; not the owner), the label, and the nature of a link or of
+  // a volatile key from Info; a parent that is made has none of them. An access list or a
+  // label that the system does not let the user set is left out. A path that IsNewKeyPath refuses
+  // is Failed.
   virtual TRegOpened Create(std::u16string_view Path, const TRegKeyInfo &Info = {}) = 0;
 
   virtual TRegStatus ReadInfo(TRegKeyInfo &Out) = 0;
+
+  // Finds out by trying whether a key like this one, with what ReadInfo told in Info, could
+  // be made again: Ok when it could. May make a key below this one for a moment, so it is
+  // for a key that is going to be deleted.
+  virtual TRegStatus TryLikeness(const TRegKeyInfo &Info) = 0;
 
   // How many subkeys and values there are, without listing them.
   virtual TRegStatus Counts(TRegCounts &Out) = 0;

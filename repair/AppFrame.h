@@ -25,6 +25,7 @@ struct TDataPaths {
   std::u16string BackupFolderPath; // with a trailing backslash
   std::u16string UndoFolderPath;   // with one, beside it
   std::u16string MainIniPath;
+  std::u16string LockPath; // of the file that TDataLock takes
 };
 
 // Below the user's application data; the other two folders are not for it.

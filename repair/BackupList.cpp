@@ -1,6 +1,9 @@
 #include "repair/BackupList.h"
 
 #include <algorithm>
+#include <iterator>
+#include <tuple>
+#include <utility>
 
 #include "platform/Text.h"
 #include "repair/BackupText.h"
@@ -16,8 +19,8 @@ bool IsBackupName(std::u16string_view Name) {
          Name.substr(Dot + 1, 3) == u"reg";
 }
 
-// As many as the file has lines that name a key.
-std::int32_t CountChanges(TStorage &Storage, std::u16string_view Path) {
+// The file's lines that name a key.
+std::int32_t CountKeys(TStorage &Storage, std::u16string_view Path) {
   std::string Bytes;
   if (Storage.Read(Path, Bytes))
     return 0;
@@ -47,20 +50,33 @@ std::vector<TBackupEntry> ListBackups(TStorage &Storage, const TUndoStore &Undo,
   for (const TStoredFile &File : Found) {
     if (File.IsFolder || !IsBackupName(File.Name))
       continue;
-    const std::u16string Path = std::u16string(Folder) + File.Name;
-    Out.push_back({File.Name, Path, CountChanges(Storage, Path),
-                   static_cast<std::int64_t>(File.Size), File.Modified, true});
+    TBackupEntry &Entry = Out.emplace_back();
+    Entry.Name = File.Name;
+    Entry.Path = std::u16string(Folder) + File.Name;
+    Entry.Size = static_cast<std::int64_t>(File.Size);
+    Entry.Time = File.Modified;
   }
+  const std::size_t Texts = Out.size();
   for (const TUndoFile &File : Undo.List()) {
-    const auto IsKnown = [&](const TBackupEntry &Entry) { return Entry.Name == File.BackupName; };
-    if (File.IsPending || std::ranges::any_of(Out, IsKnown))
+    if (File.IsPending)
       continue;
-    TError Unused;
-    const auto Record = Undo.Load(File.Name, Unused);
-    Out.push_back({File.BackupName, std::u16string(Folder) + File.BackupName,
-                   Record ? static_cast<std::int32_t>(Record->Changes) : 0,
-                   static_cast<std::int64_t>(File.Size), File.Time, false});
+    auto Entry = std::ranges::find(Out, File.BackupName, &TBackupEntry::Name);
+    if (Entry == Out.end()) {
+      Out.push_back({.Name = File.BackupName,
+                     .Path = std::u16string(Folder) + File.BackupName,
+                     .Size = static_cast<std::int64_t>(File.Size),
+                     .Time = File.Time,
+                     .HasText = false});
+      Entry = std::prev(Out.end());
+    }
+    TUndoHead Head;
+    Entry->Record = Undo.Check(File, Head);
+    Entry->Changes = static_cast<std::int32_t>(Head.Changes);
+    Entry->Number = File.Number;
   }
+  for (TBackupEntry &Entry : std::span(Out).first(Texts))
+    if (Entry.Record != TUndoState::Whole)
+      Entry.Changes = CountKeys(Storage, Entry.Path);
   return Out;
 }
 
@@ -85,10 +101,13 @@ std::vector<TBackupEntry> SurplusOf(std::span<const TBackupEntry> Backups) {
     return Out;
   const TBackupEntry *First = &Backups[0];
   const TBackupEntry *Second = &Backups[1];
+  const auto IsLater = [](const TBackupEntry &Left, const TBackupEntry &Right) {
+    return std::tie(Left.Number, Left.Time) > std::tie(Right.Number, Right.Time);
+  };
   for (const TBackupEntry &Entry : Backups.subspan(2)) {
-    if (Entry.Time > First->Time)
+    if (IsLater(Entry, *First))
       Out.push_back(*std::exchange(First, &Entry));
-    else if (Entry.Time > Second->Time)
+    else if (IsLater(Entry, *Second))
       Out.push_back(*std::exchange(Second, &Entry));
     else
       Out.push_back(Entry);

@@ -7,20 +7,29 @@
 
 namespace hivesweep {
 
-// Holds what is there now against the record: what is not in it, exactly as it is,
-// must not be deleted.
+// What may become of something that a fix is about to delete.
+enum class TGuardAnswer {
+  Delete,
+  NotRecorded, // it is not in the record exactly as it is now
+  Unlike,      // a restore could not make it again exactly as it is now
+};
+
+// Compares what is there now with the record. What the record does not hold exactly, and
+// what a restore could not make again from it, must not be deleted.
 class TFixGuard {
 public:
   TFixGuard(TPlatform &Platform, const TUndoRecord &Record)
       : Platform_(Platform), Record_(Record) {}
 
-  bool MayDeleteTree(const TKeyPlace &Place) const;
+  TGuardAnswer OfTree(const TKeyPlace &Place) const;
   // Key is Place, open.
-  bool MayDeleteValue(TRegKey &Key, const TKeyPlace &Place, std::u16string_view Name) const;
-  bool MayDeleteFile(const std::u16string &Path) const;
+  TGuardAnswer OfValue(TRegKey &Key, const TKeyPlace &Place, std::u16string_view Name) const;
+  TGuardAnswer OfFile(const std::u16string &Path) const;
 
 private:
-  bool IsRecorded(const TSnapshot &Now) const;
+  TGuardAnswer OfSnapshot(const TSnapshot &Now) const;
+  TGuardAnswer OfKey(const TKeyPlace &Place, const TSavedKey &Now) const;
+  bool CanBeMadeAgain(const TKeyPlace &Place, const TSavedKey &Key) const;
   bool IsRecordedValue(TRegKey &Key, const TKeyPlace &Place, std::u16string_view Name) const;
 
   TPlatform &Platform_;

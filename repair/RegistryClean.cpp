@@ -9,14 +9,17 @@ namespace hivesweep {
 TRegistryClean::TRegistryClean(TPlatform &Platform)
     : IgnoreList(Platform, DataPathsOf(TAppFrame(*Platform.Folders)).IgnoreIniPath),
       Frame(*Platform.Folders), Paths(DataPathsOf(Frame)), Platform_(Platform),
-      Settings_(Platform, Paths.MainIniPath), Undo_(*Platform.Storage, Paths.UndoFolderPath) {
+      Settings_(Platform, Paths.MainIniPath),
+      Undo_(*Platform.Storage, Paths.UndoFolderPath, Paths.BackupFolderPath),
+      Lock_(Platform, Paths.LockPath) {
   CreateFolders();
 }
 
 TRegistryClean::TRegistryClean(TPlatform &Platform, TDataPaths DataPaths)
     : IgnoreList(Platform, DataPaths.IgnoreIniPath), Paths(std::move(DataPaths)),
       Platform_(Platform), Settings_(Platform, Paths.MainIniPath),
-      Undo_(*Platform.Storage, Paths.UndoFolderPath) {}
+      Undo_(*Platform.Storage, Paths.UndoFolderPath, Paths.BackupFolderPath),
+      Lock_(Platform, Paths.LockPath) {}
 
 void TRegistryClean::CreateFolders() {
   TFileSystem &Files = *Platform_.Files;
@@ -45,12 +48,18 @@ void TRegistryClean::FillBackups(TListRows &Rows) const { FillRows(EnumerateBack
 bool TRegistryClean::RestoreBackup(std::u16string_view Name) {
   FinishRestore();
   RestoreReport_ = {};
+  RestoreReport_.Failure = Because(Lock_.Take(), TErrorCode::NothingRestored);
+  if (RestoreReport_.Failure)
+    return false;
+  TDataLockGuard Guard(Lock_);
   for (TBackupEntry &Backup : EnumerateBackups()) {
     if (Backup.Name != Name)
       continue;
     Restore_ = std::make_unique<TRestore>(Platform_, Undo_, std::move(Backup));
-    if (Restore_->Begin())
+    if (Restore_->Begin()) {
+      Guard.Keep(); // to the restore's end
       return true;
+    }
     RestoreReport_ = Restore_->Report();
     Restore_.reset();
     return false;
@@ -67,6 +76,7 @@ bool TRegistryClean::ContinueRestore(std::uint32_t Milliseconds) {
   Restore_->Finish();
   RestoreReport_ = Restore_->Report();
   Restore_.reset();
+  Lock_.GiveBack();
   return true;
 }
 
@@ -96,6 +106,14 @@ std::vector<TError> TRegistryClean::InterruptedRestores() const {
 }
 
 TError TRegistryClean::DeleteBackup(std::u16string_view Name) {
+  FinishRestore();
+  if (TError Error = Lock_.Take())
+    return Error;
+  const TDataLockGuard Guard(Lock_);
+  return DeleteHeldBackup(Name);
+}
+
+TError TRegistryClean::DeleteHeldBackup(std::u16string_view Name) {
   const std::vector<TBackupEntry> Backups = EnumerateBackups();
   const auto Backup = std::ranges::find(Backups, Name, &TBackupEntry::Name);
   if (Backup == Backups.end())

@@ -13,6 +13,7 @@
 #include "platform/Platform.h"
 #include "repair/AppFrame.h"
 #include "repair/BackupList.h"
+#include "repair/DataLock.h"
 #include "repair/FixSteps.h"
 #include "repair/IgnoreList.h"
 #include "repair/ListRows.h"
@@ -43,6 +44,8 @@ enum class TRemoval {
   // It could not be read when it was to be recorded, or was changed after that: it was
   // left alone.
   NotRecorded,
+  // A restore could not make it again exactly as it is: it was left alone.
+  NotRemakable,
   // It has come onto the ignore list since the scan: it was left alone.
   Ignored,
   // The ignore list could not be read when it was to be asked: it was left alone.
@@ -62,7 +65,7 @@ struct TNotRemoved {
 };
 
 struct TFixReport {
-  TError Failure; // why nothing was done at all: NoBackupWritten or IgnoreListUnknown
+  TError Failure; // why nothing was done at all: NoBackupWritten, IgnoreListUnknown, NothingFixed
   std::int32_t Removed = 0;
   std::vector<TNotRemoved> NotRemoved;
   std::u16string BackupName; // what to restore to undo the fix; empty: nothing to undo
@@ -85,7 +88,8 @@ public:
   // ---- fixing -----------------------------------------------------------------------
   // Removes the checked problems and keeps a backup. Before anything is removed, the
   // exact state of all of it is on the disk; when that can't be done, or when the ignore list
-  // is there and can't be read, nothing is removed, and the report says why.
+  // is there and can't be read, nothing is removed, and the report says why. So it is while
+  // another program fixes, restores or deletes; for that one it waits a moment.
   TFixReport BackupAndFix(TListViewManage &Problems, TScanRegistry &Engine,
                           TStatusLabel &StatusLabel, TProgressBar &ProgressBar,
                           std::u16string_view StatusText);
@@ -118,7 +122,8 @@ public:
   // RestoreInterrupted. Not one that is under way here.
   std::vector<TError> InterruptedRestores() const;
 
-  // Deletes the backup of that name with its records.
+  // Deletes the backup of that name with its records. It waits a moment for another
+  // program, and handles messages meanwhile.
   TError DeleteBackup(std::u16string_view Name);
 
   // ---- the ignore list ------------------------------------------------------------------
@@ -150,16 +155,22 @@ private:
                    std::u16string_view StatusText);
   void RemoveCheckedProblems(TFixRun &Run, std::vector<std::u16string> &BackupLines);
   TRemoval Remove(TFixRun &Run, const TItemInfo &Item);
+  bool TakeData(TFixRun &Run);
   bool MayBegin(TFixRun &Run) const;
   bool RecordBeforeFix(TFixRun &Run);
+  TError PrepareText(TFixRun &Run) const;
+  std::u16string PreparedPath(const TFixRun &Run) const;
+  void RemovePreparedTexts() const;
   void Forget(TFixRun &Run);
-  void ForgetWhatStayed(TFixRun &Run);
+  void RecordWhatWasFixed(TFixRun &Run);
   void WriteBackup(TFixRun &Run);
   void PruneBackups(const TFixRun &Run);
+  TError DeleteHeldBackup(std::u16string_view Name); // under the lock
 
   TPlatform &Platform_;
   TSettings Settings_;
   TUndoStore Undo_;
+  TDataLock Lock_; // held by a fix, a restore, a deletion
   bool FixStopped_ = false;
   std::unique_ptr<TRestore> Restore_;
   TRestoreReport RestoreReport_;

@@ -14,9 +14,13 @@ namespace hivesweep {
 namespace {
 
 // A backup's text is written beside its place before the fix begins, so that a full
-// disk is known while everything can still be left alone, and gets its name after it.
-// This one is none by which a backup is known.
-constexpr std::u16string_view PreparedName = u"prepared.tmp";
+// disk is known while everything can still be left alone, and gets its name after it. The
+// name with this extension is none by which a backup is known.
+constexpr std::u16string_view PreparedExtension = u".tmp";
+
+TRemoval RemovalOf(TGuardAnswer Answer) {
+  return Answer == TGuardAnswer::Unlike ? TRemoval::NotRemakable : TRemoval::NotRecorded;
+}
 
 TRemoval RemovalOf(TRegStatus Status) {
   switch (Status) {
@@ -45,9 +49,8 @@ struct TRegistryClean::TFixRun {
   TScanRegistry &Engine;
   TStatusLabel &StatusLabel;
   TProgressBar &ProgressBar;
-  std::u16string BackupName;
   TUndoRecord Record;
-  TUndoFile File; // of the record
+  TUndoFile File; // the record's
   TRegistry Registry;
   TFixCursor Cursor;
   TFixReport Report;
@@ -62,13 +65,13 @@ TFixReport TRegistryClean::BackupAndFix(TListViewManage &Problems, TScanRegistry
               Engine,
               StatusLabel,
               ProgressBar,
-              BackupNameOf(Platform_.Clock->Now()),
               {},
               {},
               TRegistry(*Platform_.Registry, TRegAccess::Full),
               {},
               {}};
-  if (!MayBegin(Run) || !RecordBeforeFix(Run))
+  const TDataLockGuard Guard(Lock_);
+  if (!TakeData(Run) || !MayBegin(Run) || !RecordBeforeFix(Run))
     return std::move(Run.Report);
   if (FixStopped_) { // while it was being recorded
     Forget(Run);
@@ -76,11 +79,18 @@ TFixReport TRegistryClean::BackupAndFix(TListViewManage &Problems, TScanRegistry
   }
   std::vector<std::u16string> BackupLines;
   FixSelected(Run, BackupLines, StatusText);
-  if (FixStopped_ || !Run.Report.NotRemoved.empty())
-    ForgetWhatStayed(Run);
+  RecordWhatWasFixed(Run);
   if (!BackupLines.empty())
     WriteBackup(Run);
   return std::move(Run.Report);
+}
+
+bool TRegistryClean::TakeData(TFixRun &Run) {
+  TError Error = Lock_.Take([this] { return FixStopped_; });
+  const bool IsInUse = Error.Code == TErrorCode::DataInUse || Error.Code == TErrorCode::DataInUseBy;
+  Run.Report.Failure =
+      Because(std::move(Error), IsInUse ? TErrorCode::NothingFixed : TErrorCode::NoBackupWritten);
+  return !Run.Report.Failure;
 }
 
 // The user's own word on what must stay has to be known, also where the list of problems
@@ -109,35 +119,60 @@ bool TRegistryClean::RecordBeforeFix(TFixRun &Run) {
       RecordFix(Platform_, Run.Problems, Run.Engine.Caption(TProblemType::ShortcutFile), GoesOn);
   if (FixStopped_)
     return true; // nothing has been kept yet
-  TStorage &Storage = *Platform_.Storage;
-  const std::u16string &Folder = Paths.BackupFolderPath;
-  TError Error = Storage.CreateFolder(Folder);
-  if (!Error && !Lines.empty())
-    Error = Storage.Write(Folder + std::u16string(PreparedName), EncodeBackup(Lines));
-  Error = About(Folder, std::move(Error));
-  if (!Error)
-    Error = Undo_.Save(Run.Record, Run.BackupName, Run.File);
+  TError Error = Undo_.Save(Run.Record, BackupNameOf(Platform_.Clock->Now()), Run.File);
   if (!Error) {
     Run.Report.BackupName = Run.File.BackupName;
-    return true;
+    Error = PrepareText(Run);
+    if (!Error)
+      return true;
+    Forget(Run);
   }
-  Storage.Remove(Folder + std::u16string(PreparedName));
   Run.Report.Failure = Because(std::move(Error), TErrorCode::NoBackupWritten);
   return false;
 }
 
+TError TRegistryClean::PrepareText(TFixRun &Run) const {
+  const std::u16string &Folder = Paths.BackupFolderPath;
+  TError Error = Platform_.Storage->CreateFolder(Folder);
+  if (!Error && !Run.Engine.BackupText.empty()) {
+    RemovePreparedTexts();
+    Error = Platform_.Storage->WriteNew(PreparedPath(Run), EncodeBackup(Run.Engine.BackupText));
+  }
+  return About(Folder, std::move(Error));
+}
+
+std::u16string TRegistryClean::PreparedPath(const TFixRun &Run) const {
+  const std::u16string &Name = Run.Report.BackupName;
+  return Paths.BackupFolderPath + Name.substr(0, Name.rfind(u'.')) +
+         std::u16string(PreparedExtension);
+}
+
+// Those of fixes that were broken off: whoever holds the lock is the only one that fixes.
+void TRegistryClean::RemovePreparedTexts() const {
+  std::vector<TStoredFile> Found;
+  Platform_.Storage->List(Paths.BackupFolderPath, Found);
+  for (const TStoredFile &File : Found)
+    if (!File.IsFolder && File.Name.starts_with(u"backup") &&
+        File.Name.ends_with(PreparedExtension))
+      Platform_.Storage->Remove(Paths.BackupFolderPath + File.Name);
+}
+
 void TRegistryClean::Forget(TFixRun &Run) {
-  Platform_.Storage->Remove(Paths.BackupFolderPath + std::u16string(PreparedName));
-  if (const std::optional<TUndoFile> File = Undo_.Of(Run.Report.BackupName))
-    Undo_.Remove(File->Name);
+  if (Run.Report.BackupName.empty())
+    return;
+  Platform_.Storage->Remove(PreparedPath(Run));
+  Undo_.Remove(Run.File.Name);
   Run.Report.BackupName.clear();
 }
 
-// What the fix has left alone is none of its undo's business. When this can't be written the
-// record stays as it is, and an undo also brings back what others have changed of that.
-void TRegistryClean::ForgetWhatStayed(TFixRun &Run) {
-  if (Run.File.Name.empty())
+// What the fix has left alone is none of its undo's business, and the list of backups tells
+// how many problems were fixed. When this can't be written the record stays as it is: then
+// an undo also brings back what others have changed of what stayed.
+void TRegistryClean::RecordWhatWasFixed(TFixRun &Run) {
+  const bool AllGone = !FixStopped_ && Run.Report.NotRemoved.empty();
+  if (Run.Report.BackupName.empty() || AllGone)
     return;
+  Run.Record.Changes = static_cast<std::uint32_t>(Run.Report.Removed);
   Run.Record.Marks =
       MarksOfGone(Run.Record.Marks, TakeSnapshot(Platform_, Run.Record.Before.Scope));
   Undo_.Replace(Run.Record, Run.File);
@@ -210,16 +245,19 @@ TRemoval TRegistryClean::Remove(TFixRun &Run, const TItemInfo &Item) {
   if (!Known)
     return TRemoval::NotRecorded;
   const TFixStep &Step = *Known;
-  if (Step.Action == TFixAction::RemoveFile)
-    return Guard.MayDeleteFile(Item.Data)
-               ? RemovalOf(RegStatusOf(Platform_.Files->RemoveFile(Item.Data)))
-               : TRemoval::NotRecorded;
+  if (Step.Action == TFixAction::RemoveFile) {
+    if (const TGuardAnswer Answer = Guard.OfFile(Item.Data); Answer != TGuardAnswer::Delete)
+      return RemovalOf(Answer);
+    return RemovalOf(RegStatusOf(Platform_.Files->RemoveFile(Item.Data)));
+  }
   if (Step.Root)
     Run.Registry.SetRoot(*Step.Root);
   TKeyPlace Place = Run.Cursor.Aim(Step);
-  if (Step.Action == TFixAction::RemoveKey)
-    return Guard.MayDeleteTree(Place) ? RemovalOf(Run.Registry.DeleteKey(Step.Path))
-                                      : TRemoval::NotRecorded;
+  if (Step.Action == TFixAction::RemoveKey) {
+    if (const TGuardAnswer Answer = Guard.OfTree(Place); Answer != TGuardAnswer::Delete)
+      return RemovalOf(Answer);
+    return RemovalOf(Run.Registry.DeleteKey(Step.Path));
+  }
 
   // A key that can't be opened leaves the one before it open, and the value of this
   // name is deleted there. It has always been so, and is recorded as such.
@@ -229,33 +267,36 @@ TRemoval TRegistryClean::Remove(TFixRun &Run, const TItemInfo &Item) {
   TRegKey *const Key = Run.Registry.CurrentKey();
   if (!Key || !Run.Cursor.OpenKey())
     return RemovalOf(Opened);
-  const bool MayDelete = Guard.MayDeleteValue(*Key, *Run.Cursor.OpenKey(), Item.ValueName);
+  const TGuardAnswer Answer = Guard.OfValue(*Key, *Run.Cursor.OpenKey(), Item.ValueName);
   if (Opened != TRegStatus::Ok)
-    return MayDelete && Run.Registry.DeleteValue(Item.ValueName) == TRegStatus::Ok
+    return Answer == TGuardAnswer::Delete &&
+                   Run.Registry.DeleteValue(Item.ValueName) == TRegStatus::Ok
                ? TRemoval::FromOtherKey
                : RemovalOf(Opened);
-  return MayDelete ? RemovalOf(Run.Registry.DeleteValue(Item.ValueName)) : TRemoval::NotRecorded;
+  return Answer == TGuardAnswer::Delete ? RemovalOf(Run.Registry.DeleteValue(Item.ValueName))
+                                        : RemovalOf(Answer);
 }
 
 void TRegistryClean::WriteBackup(TFixRun &Run) {
   PruneBackups(Run);
-  const std::u16string Path = Paths.BackupFolderPath + Run.BackupName;
-  Run.Report.BackupFailure = About(
-      Path, Platform_.Storage->Rename(Paths.BackupFolderPath + std::u16string(PreparedName), Path));
+  const std::u16string Path = Paths.BackupFolderPath + Run.Report.BackupName;
+  Run.Report.BackupFailure = About(Path, Platform_.Storage->RenameNew(PreparedPath(Run), Path));
 }
 
 // Two of the old backups stay. What has no text is not counted with them: of those the
-// newest ten stay, so that restores do not drive out backups.
+// newest ten stay, so that restores do not drive out backups. This fix's own stays in any
+// case, and so does a record that can't be read now: nobody knows how old it is.
 void TRegistryClean::PruneBackups(const TFixRun &Run) {
   std::vector<TBackupEntry> Backups = EnumerateBackups();
   const auto Bare =
       std::stable_partition(Backups.begin(), Backups.end(), std::mem_fn(&TBackupEntry::HasText));
-  for (const TBackupEntry &Backup : SurplusOf({Backups.begin(), Bare}))
-    if (Backup.Name != Run.BackupName)
-      DeleteBackup(Backup.Name);
+  std::vector<TBackupEntry> Surplus = SurplusOf({Backups.begin(), Bare});
   constexpr std::ptrdiff_t KeptBare = 10;
-  for (auto Backup = Bare; Backups.end() - Backup > KeptBare; ++Backup)
-    DeleteBackup(Backup->Name);
+  const std::ptrdiff_t BareSurplus = std::max<std::ptrdiff_t>(Backups.end() - Bare - KeptBare, 0);
+  Surplus.insert(Surplus.end(), Bare, Bare + BareSurplus);
+  for (const TBackupEntry &Backup : Surplus)
+    if (Backup.Name != Run.Report.BackupName && Backup.Record != TUndoState::Unreadable)
+      DeleteHeldBackup(Backup.Name);
 }
 
 } // namespace hivesweep

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view Magic = "HSWPUNDO";
 constexpr std::uint32_t Version = 2;
-constexpr std::uint32_t OldestVersion = 1;
+constexpr std::uint32_t FirstVersion = 1; // without numbers, labels, volatility and goals
 constexpr std::size_t HeaderSize = Magic.size() + 4 + 8 + 4;
 
 constexpr std::array<std::uint32_t, 256> MakeCrcTable() {
@@ -91,6 +91,8 @@ void WriteKey(TWriter &Writer, const TKeyPlace &Place, const TSavedKey &Key) {
   Writer.Text(Key.Info.ClassName);
   Writer.Bytes(Key.Info.Security);
   Writer.Number(static_cast<std::uint8_t>(Key.Info.IsLink ? 1 : 0));
+  Writer.Number(static_cast<std::uint8_t>(Key.Info.Volatile));
+  Writer.Bytes(Key.Info.Label);
   Writer.Count(Key.Values.size());
   for (const auto &[Name, Value] : Key.Values)
     WriteValue(Writer, Name, Value);
@@ -229,11 +231,15 @@ TSavedValue ReadValue(TReader &Reader) {
   return Value;
 }
 
-TSavedKey ReadKey(TReader &Reader) {
+TSavedKey ReadKey(TReader &Reader, std::uint32_t FileVersion) {
   TSavedKey Key;
   Key.Info.ClassName = Reader.Text();
   Key.Info.Security = Reader.ByteVector();
   Key.Info.IsLink = Reader.Number<std::uint8_t>() != 0;
+  if (FileVersion != FirstVersion) {
+    Key.Info.Volatile = Reader.Choice(TRegVolatile::No, TRegVolatile::NotTold);
+    Key.Info.Label = Reader.ByteVector();
+  }
   for (std::size_t Left = Reader.Count(); Left > 0; --Left) {
     std::u16string Name = Reader.Text();
     Key.Values.insert_or_assign(std::move(Name), ReadValue(Reader));
@@ -275,7 +281,7 @@ TRestoreGoal ReadGoal(TReader &Reader, const TSnapshot &Before) {
     Goal.Keys.erase(Reader.Place());
   for (std::size_t Left = Reader.Count(); Left > 0; --Left) {
     TKeyPlace Place = Reader.Place();
-    Goal.Keys.insert_or_assign(std::move(Place), ReadKey(Reader));
+    Goal.Keys.insert_or_assign(std::move(Place), ReadKey(Reader, Version));
   }
   for (std::size_t Left = Reader.Count(); Left > 0; --Left) {
     std::u16string Path = Reader.Text();
@@ -314,6 +320,8 @@ void DropNamed(TUndoMarks &Marks) {
 
 TUndoRecord ReadBody(TReader &Reader, std::uint32_t FileVersion) {
   TUndoRecord Record;
+  if (FileVersion != FirstVersion)
+    Record.Number = Reader.Number<std::uint64_t>();
   Record.Kind = Reader.Choice(TUndoKind::Fix, TUndoKind::Restore);
   Record.ViewBits = Reader.Number<std::uint8_t>();
   Record.Finished = Reader.Number<std::uint8_t>() != 0;
@@ -321,7 +329,7 @@ TUndoRecord ReadBody(TReader &Reader, std::uint32_t FileVersion) {
   Record.Before.Scope = ReadScope(Reader);
   for (std::size_t Left = Reader.Count(); Left > 0; --Left) {
     TKeyPlace Place = Reader.Place();
-    Record.Before.Keys.insert_or_assign(std::move(Place), ReadKey(Reader));
+    Record.Before.Keys.insert_or_assign(std::move(Place), ReadKey(Reader, FileVersion));
   }
   for (std::size_t Left = Reader.Count(); Left > 0; --Left) {
     std::u16string Path = Reader.Text();
@@ -338,7 +346,7 @@ TUndoRecord ReadBody(TReader &Reader, std::uint32_t FileVersion) {
         Reader.Choice(TFileStatus::Ok, TFileStatus::Failed);
   }
   Record.Marks = ReadMarks(Reader);
-  if (FileVersion == 1)
+  if (FileVersion == FirstVersion)
     DropNamed(Record.Marks);
   else if (Reader.Number<std::uint8_t>() != 0)
     Record.Goal = ReadGoal(Reader, Record.Before);
@@ -349,6 +357,7 @@ TUndoRecord ReadBody(TReader &Reader, std::uint32_t FileVersion) {
 
 std::string EncodeUndoRecord(const TUndoRecord &Record) {
   TWriter Body;
+  Body.Number(Record.Number);
   Body.Number(static_cast<std::uint8_t>(Record.Kind));
   Body.Number(Record.ViewBits);
   Body.Number(static_cast<std::uint8_t>(Record.Finished ? 1 : 0));
@@ -384,29 +393,55 @@ std::string EncodeUndoRecord(const TUndoRecord &Record) {
   return std::move(Out.Out);
 }
 
-std::optional<TUndoRecord> DecodeUndoRecord(std::string_view Bytes, TError &Why) {
+TUndoHead DecodeUndoHead(std::string_view Front) {
+  TUndoHead Head;
+  if (Front.size() < HeaderSize || !Front.starts_with(Magic))
+    return Head;
+  try {
+    TReader Reader(Front.substr(Magic.size()));
+    const auto FileVersion = Reader.Number<std::uint32_t>();
+    Reader.Number<std::uint64_t>(); // the body's size
+    Reader.Number<std::uint32_t>(); // and its sum
+    TUndoHead Read;
+    if (FileVersion != FirstVersion)
+      Read.Number = Reader.Number<std::uint64_t>();
+    for (int Byte = 0; Byte < 3; ++Byte) // kind, view, finished
+      Reader.Number<std::uint8_t>();
+    Read.Changes = Reader.Number<std::uint32_t>();
+    Head = Read;
+  } catch (const TMalformed &) { // too short
+  }
+  return Head;
+}
+
+bool IsWholeUndoRecord(std::string_view Bytes, TError &Why) {
   if (Bytes.size() < HeaderSize || !Bytes.starts_with(Magic)) {
     Why = {TErrorCode::RecordUnknown, {}};
-    return std::nullopt;
+    return false;
   }
   TReader Header(Bytes.substr(Magic.size()));
   const auto Found = Header.Number<std::uint32_t>();
-  if (Found < OldestVersion || Found > Version) {
+  if (Found < FirstVersion || Found > Version) {
     Why = {TErrorCode::RecordOfNewerVersion, {}, Found};
-    return std::nullopt;
+    return false;
   }
   const auto Size = Header.Number<std::uint64_t>();
   const auto Sum = Header.Number<std::uint32_t>();
   const std::string_view Body = Bytes.substr(HeaderSize);
-  Why = {TErrorCode::RecordDamaged, {}};
-  if (Size != Body.size() || Sum != Crc32(Body))
+  const bool IsWhole = Size == Body.size() && Sum == Crc32(Body);
+  Why = IsWhole ? TError() : TError{TErrorCode::RecordDamaged, {}};
+  return IsWhole;
+}
+
+std::optional<TUndoRecord> DecodeUndoRecord(std::string_view Bytes, TError &Why) {
+  if (!IsWholeUndoRecord(Bytes, Why))
     return std::nullopt;
+  const auto FileVersion = TReader(Bytes.substr(Magic.size())).Number<std::uint32_t>();
   try {
-    TReader Reader(Body);
-    TUndoRecord Record = ReadBody(Reader, Found);
-    Why = {};
-    return Record;
+    TReader Reader(Bytes.substr(HeaderSize));
+    return ReadBody(Reader, FileVersion);
   } catch (const TMalformed &) {
+    Why = {TErrorCode::RecordDamaged, {}};
     return std::nullopt;
   }
 }

@@ -54,6 +54,7 @@ struct TRestoreGoal {
 };
 
 struct TUndoRecord {
+  std::uint64_t Number = 0; // a later record has a greater one; 0: from before there were any
   TUndoKind Kind = TUndoKind::Fix;
   std::uint8_t ViewBits = 0; // 32 or 64: which half of a 64-bit registry the paths are of
   bool Finished = true;      // false: of a restore that has begun and not come to its end
@@ -85,6 +86,21 @@ TUndoMarks MarksOfGone(const TUndoMarks &Marks, const TSnapshot &Now);
 
 // The marks of whatever made Before into After.
 TUndoMarks MarksOfChange(const TSnapshot &Before, const TSnapshot &After);
+
+// What stands first in a record's file.
+struct TUndoHead {
+  std::uint64_t Number = 0;
+  std::uint32_t Changes = 0;
+};
+constexpr std::size_t UndoHeadSize = 39; // bytes of a file that hold it
+
+// Reads it from the front of a file, or from all of it, and holds nothing against the
+// checksum. What is no record has neither number nor changes.
+TUndoHead DecodeUndoHead(std::string_view Front);
+
+// The bytes have a record's mark and size, a version that this program knows, and the
+// checksum of what follows. Why as in DecodeUndoRecord.
+bool IsWholeUndoRecord(std::string_view Bytes, TError &Why);
 
 // The record as a file's bytes.
 std::string EncodeUndoRecord(const TUndoRecord &Record);

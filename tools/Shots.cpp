@@ -91,9 +91,9 @@ private:
   // Of problems with every reason that there is.
   void Report() {
     std::vector<TReportRow> Rows;
-    for (const TRemoval Why :
-         {TRemoval::GoneAlready, TRemoval::Denied, TRemoval::Failed, TRemoval::NotRecorded,
-          TRemoval::Ignored, TRemoval::ListUnread, TRemoval::FromOtherKey}) {
+    for (const TRemoval Why : {TRemoval::GoneAlready, TRemoval::Denied, TRemoval::Failed,
+                               TRemoval::NotRecorded, TRemoval::NotRemakable, TRemoval::Ignored,
+                               TRemoval::ListUnread, TRemoval::FromOtherKey}) {
       const TNotRemoved Problem{.TypeName = {},
                                 .KeyPath = u"HKEY_CURRENT_USER\\Software\\Example\\Recent Files",
                                 .ValueName = u"File1",

@@ -78,6 +78,7 @@ inline constexpr TLanguageText LanguageTexts[] = {
     {u"WhyDenied", u"Access was denied."},
     {u"WhyFailed", u"The system reported an error."},
     {u"WhyNotRecorded", u"It was left alone: it could not be recorded, or was changed meanwhile."},
+    {u"WhyNotRemakable", u"It was left alone: a restore could not make it again exactly as it is."},
     {u"WhyIgnored", u"It was left alone: it is on the ignore list by now."},
     {u"WhyListUnread", u"It was left alone: the ignore list could not be read any more."},
     {u"WhyOtherKey", u"Its key could not be opened, so the value was removed from:"},

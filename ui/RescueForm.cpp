@@ -270,7 +270,11 @@ void Tfrm_rescue::Button2Click(TComponent &) {
       !Tell(*this, Bench_.Language, LanguageText(u"DeleteMessage"), TMessageKind::Question))
     return;
   const std::u16string Name = CommandedName(Row);
-  const TError Error = Clean_->DeleteBackup(Name);
+  TError Error;
+  {
+    const TDuring Call(Working_);
+    Error = Clean_->DeleteBackup(Name);
+  }
   const bool IsLeft = Error && IsBackup(Name);
   ShowFailure(LanguageText(u"DeleteFailed"), IsLeft ? Bench_.Language.Words(Error) : u"");
   if (!Error)

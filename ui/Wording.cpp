@@ -10,6 +10,8 @@ std::u16string Worded(const TLanguage &Language, const TNotRemoved &Problem) {
     return Language.TextOr(LanguageText(u"WhyDenied"));
   case TRemoval::NotRecorded:
     return Language.TextOr(LanguageText(u"WhyNotRecorded"));
+  case TRemoval::NotRemakable:
+    return Language.TextOr(LanguageText(u"WhyNotRemakable"));
   case TRemoval::Ignored:
     return Language.TextOr(LanguageText(u"WhyIgnored"));
   case TRemoval::ListUnread:

@@ -28,8 +28,7 @@ struct TNode {
   bool Gone = false;
   bool Denied = false;
   bool SpellingImplied = false; // no text has named it yet, only a path through it
-  bool IsLink = false;
-  std::u16string ClassName;
+  TRegKeyInfo Info;
   std::map<std::u16string, TNodePtr, TNameLess> Subkeys;
   std::list<TStoredValue> Values; // in the order of their making
   std::map<std::u16string, std::list<TStoredValue>::iterator, TNameLess> ValueIndex;
@@ -68,7 +67,7 @@ struct TReach {
 };
 
 TReach ReachOf(TNodePtr Node, std::u16string_view Path) {
-  while (!Path.empty() && !Node->IsLink) {
+  while (!Path.empty() && !Node->Info.IsLink) {
     const auto [Name, Rest] = SplitFirst(Path);
     TNodePtr Below = Node->FindSubkey(Name);
     if (!Below)
@@ -81,7 +80,7 @@ TReach ReachOf(TNodePtr Node, std::u16string_view Path) {
 
 TNodePtr FindNode(const TNodePtr &Base, std::u16string_view Path) {
   TReach Reach = ReachOf(Base, Path);
-  const bool IsThere = Reach.Rest.empty() && !Reach.Node->IsLink;
+  const bool IsThere = Reach.Rest.empty() && !Reach.Node->Info.IsLink;
   return IsThere || Path.empty() ? std::move(Reach.Node) : nullptr;
 }
 
@@ -169,8 +168,8 @@ bool Addressable(std::u16string_view Name) { return !Contains(Name, u'\0'); }
 class TMemoryRegKey final : public TRegKey {
 public:
   TMemoryRegKey(std::vector<TNodePtr> Layers, TRegAccess Access, TFaults *Faults,
-                bool IsClassesRoot)
-      : Layers_(std::move(Layers)), Access_(Access), Faults_(Faults),
+                const bool &RefusesLabels, bool IsClassesRoot)
+      : Layers_(std::move(Layers)), Access_(Access), Faults_(Faults), RefusesLabels_(RefusesLabels),
         IsClassesRoot_(IsClassesRoot) {}
 
   TRegOpened Open(std::u16string_view Path, TRegAccess Access) override {
@@ -194,9 +193,16 @@ public:
     Out = {};
     if (const TRegStatus Status = Check(); Status != TRegStatus::Ok)
       return Status;
-    Out.ClassName = Layers_.front()->ClassName;
-    Out.IsLink = Layers_.front()->IsLink;
+    Out = Layers_.front()->Info;
     return TRegStatus::Ok;
+  }
+
+  TRegStatus TryLikeness(const TRegKeyInfo &Info) override {
+    if (const TRegStatus Status = Check(); Status != TRegStatus::Ok)
+      return Status;
+    const bool CanBeMade =
+        Info.Volatile != TRegVolatile::NotTold && (Info.Label.empty() || !RefusesLabels_);
+    return CanBeMade ? TRegStatus::Ok : TRegStatus::Failed;
   }
 
   TRegStatus Counts(TRegCounts &Out) override {
@@ -282,7 +288,8 @@ private:
 
   std::unique_ptr<TMemoryRegKey> KeyOf(std::vector<TNodePtr> Layers, TRegAccess Access,
                                        bool IsClassesRoot) {
-    return std::make_unique<TMemoryRegKey>(std::move(Layers), Access, Faults_, IsClassesRoot);
+    return std::make_unique<TMemoryRegKey>(std::move(Layers), Access, Faults_, RefusesLabels_,
+                                           IsClassesRoot);
   }
 
   using TFind = TNodePtr (*)(const TNodePtr &Base, std::u16string_view Path);
@@ -303,13 +310,16 @@ private:
 
   TRegOpened Make(std::u16string_view Path, const TRegKeyInfo &Info) {
     const TReach Home = HomeOf(Path);
-    if (Home.Node->IsLink)
+    if (Home.Node->Info.IsLink)
       return {TRegStatus::NotFound, nullptr};
     if (Home.Node->Denied)
       return {TRegStatus::Denied, nullptr};
+    if (Home.Node->Info.Volatile == TRegVolatile::Yes && Info.Volatile != TRegVolatile::Yes)
+      return {TRegStatus::Failed, nullptr}; // it would outlive the key that it is in
     const TNodePtr Made = MakeNode(Home.Node, Home.Rest, false);
-    Made->ClassName = Info.ClassName;
-    Made->IsLink = Info.IsLink;
+    Made->Info = Info;
+    if (RefusesLabels_)
+      Made->Info.Label.clear();
     return {TRegStatus::Ok, KeyOf({Made}, TRegAccess::Full, false), true};
   }
 
@@ -361,6 +371,7 @@ private:
   std::vector<TNodePtr> Layers_;
   TRegAccess Access_;
   TFaults *Faults_;
+  const bool &RefusesLabels_;
   bool IsClassesRoot_;
 };
 
@@ -378,6 +389,7 @@ constexpr std::u16string_view ClassesPath = u"Software\\Classes";
 
 struct TMemoryRegistry::TTrees {
   std::map<std::u16string, TNodePtr, TNameLess> Roots; // by their names
+  bool RefusesLabels = false;
 
   TNodePtr Root(std::u16string_view Name) {
     TNodePtr &Node = Roots[std::u16string(Name)];
@@ -441,6 +453,16 @@ bool TMemoryRegistry::Deny(std::u16string_view KeyPath) {
   return Node != nullptr;
 }
 
+bool TMemoryRegistry::SetInfo(std::u16string_view KeyPath, const TRegKeyInfo &Info) {
+  const auto [Root, Path] = SplitFirst(KeyPath);
+  const TNodePtr Node = FindNode(Trees_->Home(Root), Path);
+  if (Node)
+    Node->Info = Info;
+  return Node != nullptr;
+}
+
+void TMemoryRegistry::RefuseLabels() { Trees_->RefusesLabels = true; }
+
 TRegOpened TMemoryRegistry::Open(TRegRoot Root, std::u16string_view Path, TRegAccess Access) {
   std::vector<TNodePtr> Layers;
   const bool IsClassesRoot = Root == TRegRoot::ClassesRoot;
@@ -453,7 +475,8 @@ TRegOpened TMemoryRegistry::Open(TRegRoot Root, std::u16string_view Path, TRegAc
   }
   if (Layers.empty())
     return {TRegStatus::NotFound, nullptr};
-  return TMemoryRegKey(std::move(Layers), Access, Faults_, IsClassesRoot).Open(Path, Access);
+  return TMemoryRegKey(std::move(Layers), Access, Faults_, Trees_->RefusesLabels, IsClassesRoot)
+      .Open(Path, Access);
 }
 
 } // namespace hivesweep

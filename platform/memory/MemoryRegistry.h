@@ -17,7 +17,8 @@ namespace hivesweep {
 // the user's software classes (HKEY_CURRENT_USER\Software\Classes) over the
 // machine's (HKEY_LOCAL_MACHINE\Software\Classes), subkeys and values of both,
 // the user's where both have one; what a text writes there goes to the machine's.
-// It keeps no security. A link leads nowhere: only what opens it as itself finds it.
+// It keeps security only as it was given. A link leads nowhere: only what opens it as itself finds
+// it.
 class TMemoryRegistry final : public TRegistryHost {
 public:
   // Faults, when given, must live as long as the registry and its keys.
@@ -32,6 +33,12 @@ public:
 
   // From now on the key of this full path answers Denied. False when there is none.
   bool Deny(std::u16string_view KeyPath);
+
+  // From now on the key of this full path is what Info says. False when there is none.
+  bool SetInfo(std::u16string_view KeyPath, const TRegKeyInfo &Info);
+
+  // From now on no new key gets a label.
+  void RefuseLabels();
 
   TRegOpened Open(TRegRoot Root, std::u16string_view Path,
                   TRegAccess Access = TRegAccess::Read) override;

@@ -15,7 +15,7 @@ TError ReadWholeFile(std::u16string_view Path, std::string &Out, std::size_t Lim
   Out.clear();
   if (!IsName(Path))
     return Errno(ENOENT);
-  const TDescriptor File(open(ToUtf8(Path).c_str(), O_RDONLY | O_CLOEXEC));
+  const TDescriptor File(open(BytesOfPath(Path).c_str(), O_RDONLY | O_CLOEXEC));
   if (!File.IsOpen())
     return Errno(errno);
   // Read to its end, whatever size is told: the file may grow.
@@ -42,7 +42,7 @@ TError ReadWholeFile(std::u16string_view Path, std::string &Out, std::size_t Lim
 TError WriteWholeFile(std::u16string_view Path, std::string_view Bytes) {
   if (!IsName(Path))
     return Errno(ENOENT);
-  const std::string Target = ToUtf8(Path);
+  const std::string Target = BytesOfPath(Path);
   // A rename would replace it.
   if (IsReadOnly(Target))
     return Errno(EACCES);
@@ -72,7 +72,7 @@ TError CheckFolder(std::u16string_view Path) {
   if (!IsName(Path))
     return Errno(ENOENT);
   struct stat Found = {};
-  if (stat(ToUtf8(Path).c_str(), &Found) != 0)
+  if (stat(BytesOfPath(Path).c_str(), &Found) != 0)
     return Errno(errno);
   return S_ISDIR(Found.st_mode) ? TError() : Errno(ENOTDIR);
 }
@@ -84,7 +84,7 @@ std::u16string AbsolutePath(std::u16string_view Path) {
   if (!getcwd(Current.data(), Current.size()))
     return std::u16string(Path);
   Current.resize(std::strlen(Current.c_str()));
-  return JoinPath(FromUtf8(Current), Path);
+  return JoinPath(PathFromBytes(Current), Path);
 }
 
 std::u16string JoinPath(std::u16string_view Folder, std::u16string_view Name) {

@@ -1,7 +1,9 @@
 #include "platform/posix/FileParts.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <optional>
 
 #include <sys/stat.h>
 
@@ -25,6 +27,41 @@ bool WriteAndFlush(int File, std::string_view Bytes) {
     Bytes.remove_prefix(static_cast<std::size_t>(Written));
   }
   return fsync(File) == 0;
+}
+
+// A byte that is no UTF-8 becomes U+DC00 and the byte.
+std::u16string PathFromBytes(std::string_view Bytes) {
+  std::u16string Out;
+  while (!Bytes.empty()) {
+    std::size_t Length = 1;
+    std::optional<std::u16string> Part;
+    while (Length <= 4 && !(Part = FromStrictUtf8(Bytes.substr(0, Length))))
+      ++Length;
+    if (!Part)
+      Length = 1;
+    Out += Part ? *Part
+                : std::u16string(
+                      1, static_cast<char16_t>(0xDC00 + static_cast<unsigned char>(Bytes.front())));
+    Bytes.remove_prefix(std::min(Length, Bytes.size()));
+  }
+  return Out;
+}
+
+std::string BytesOfPath(std::u16string_view Path) {
+  const auto IsByte = [](char16_t Unit) { return Unit >= 0xDC80 && Unit <= 0xDCFF; };
+  const auto IsFirstHalf = [](char16_t Unit) { return Unit >= 0xD800 && Unit <= 0xDBFF; };
+  std::string Out;
+  while (!Path.empty()) {
+    std::size_t End = 0;
+    while (End < Path.size() && !IsByte(Path[End]))
+      End += IsFirstHalf(Path[End]) ? 2 : 1;
+    End = std::min(End, Path.size());
+    Out += ToUtf8(Path.substr(0, End));
+    if (End < Path.size())
+      Out.push_back(static_cast<char>(Path[End++] & 0xFF));
+    Path.remove_prefix(End);
+  }
+  return Out;
 }
 
 bool IsName(std::u16string_view Path) {

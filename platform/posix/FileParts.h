@@ -1,6 +1,7 @@
 // What the families that read and write whole files share.
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -17,6 +18,7 @@ TError Errno(int Number);
 class TDescriptor {
 public:
   explicit TDescriptor(int Number) : Number_(Number) {}
+  TDescriptor(TDescriptor &&Other) noexcept : Number_(std::exchange(Other.Number_, -1)) {}
   TDescriptor(const TDescriptor &) = delete;
   TDescriptor &operator=(const TDescriptor &) = delete;
   ~TDescriptor() {
@@ -35,6 +37,10 @@ private:
 
 // Writes all bytes and waits until the disk has them. False with an errno.
 bool WriteAndFlush(int File, std::string_view Bytes);
+
+// The bytes of a name. PathFromBytes has made half a pair of each byte that is no UTF-8, and
+// this makes that byte of it again.
+std::string BytesOfPath(std::u16string_view Path);
 
 // A name with a zero inside would be cut there, and mean another file.
 bool IsName(std::u16string_view Path);

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include "platform/Text.h"
+#include "platform/posix/FileParts.h"
 
 namespace hivesweep {
 
@@ -20,7 +21,7 @@ std::uint64_t Nanoseconds(const timespec &Time) {
 
 std::optional<TFileStamp> TPosixProfiles::Stamp(std::u16string_view Path) {
   struct stat Found = {};
-  if (stat(ToUtf8(Path).c_str(), &Found) != 0) {
+  if (stat(BytesOfPath(Path).c_str(), &Found) != 0) {
     if (errno == ENOENT || errno == ENOTDIR)
       return TFileStamp{};
     return std::nullopt;

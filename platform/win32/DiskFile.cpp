@@ -1,5 +1,6 @@
 #include "platform/DiskFile.h"
 
+#include "platform/Text.h"
 #include "platform/win32/FileParts.h"
 #include "platform/win32/LongPath.h"
 
@@ -36,6 +37,8 @@ TError CheckFolder(std::u16string_view Path) {
     return LastError();
   return (Attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? TError() : SystemError(ERROR_DIRECTORY);
 }
+
+std::u16string PathFromBytes(std::string_view Bytes) { return FromUtf8(Bytes); }
 
 std::u16string AbsolutePath(std::u16string_view Path) {
   if (Path.empty() || HoldsZero(Path))

@@ -7,6 +7,9 @@ namespace hivesweep {
 
 namespace {
 
+// One of the two lists of a descriptor: who may do what, or the one that the label is in.
+enum class TWhichList { Access, System };
+
 // The list in a descriptor. Null: the descriptor says that everybody may do everything.
 struct TAccessList {
   std::vector<std::byte> Copy; // the system wants it at a multiple of four
@@ -15,21 +18,23 @@ struct TAccessList {
   ACL *Get() { return Copy.empty() ? nullptr : reinterpret_cast<ACL *>(Copy.data()); }
 };
 
-// Nothing when the descriptor has no list, or one that reaches beyond its end or is no
+// Nothing when the descriptor has no such list, or one that reaches beyond its end or is no
 // list at all.
-std::optional<TAccessList> AccessListOf(std::span<const std::byte> Security) {
+std::optional<TAccessList> ListOf(std::span<const std::byte> Security, TWhichList Which) {
   SECURITY_DESCRIPTOR_RELATIVE Head = {};
   if (Security.size() < sizeof Head)
     return std::nullopt;
   std::memcpy(&Head, Security.data(), sizeof Head);
-  constexpr SECURITY_DESCRIPTOR_CONTROL Needed = SE_SELF_RELATIVE | SE_DACL_PRESENT;
+  const bool IsAccess = Which == TWhichList::Access;
+  const int Needed = SE_SELF_RELATIVE | (IsAccess ? SE_DACL_PRESENT : SE_SACL_PRESENT);
+  const DWORD Offset = IsAccess ? Head.Dacl : Head.Sacl;
   if (Head.Revision != SECURITY_DESCRIPTOR_REVISION || (Head.Control & Needed) != Needed ||
-      Head.Dacl > Security.size())
+      Offset > Security.size())
     return std::nullopt;
   TAccessList List = {{}, Head.Control};
-  if (Head.Dacl == 0)
+  if (Offset == 0)
     return List;
-  const std::span<const std::byte> Rest = Security.subspan(Head.Dacl);
+  const std::span<const std::byte> Rest = Security.subspan(Offset);
   ACL ListHead = {};
   if (Rest.size() < sizeof ListHead)
     return std::nullopt;
@@ -40,11 +45,7 @@ std::optional<TAccessList> AccessListOf(std::span<const std::byte> Security) {
   return IsValidAcl(List.Get()) ? std::optional(std::move(List)) : std::nullopt;
 }
 
-} // namespace
-
-LONG ReadKeySecurity(HKEY Key, std::vector<std::byte> &Out) {
-  constexpr SECURITY_INFORMATION Parts =
-      OWNER_SECURITY_INFORMATION | GROUP_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION;
+LONG ReadParts(HKEY Key, SECURITY_INFORMATION Parts, std::vector<std::byte> &Out) {
   DWORD Size = 1024;
   LONG Error = ERROR_INSUFFICIENT_BUFFER;
   // The needed size may have changed by the next call, but hardly again and again.
@@ -59,18 +60,55 @@ LONG ReadKeySecurity(HKEY Key, std::vector<std::byte> &Out) {
   return Error;
 }
 
+// Control, with what the bits Of say about a list and its key's parents: Protected, that they
+// hand nothing down to it, Inherited, that they do. The system keeps the latter only of who
+// sets Asked as well.
+SECURITY_DESCRIPTOR_CONTROL ControlWith(SECURITY_DESCRIPTOR_CONTROL Control,
+                                        SECURITY_DESCRIPTOR_CONTROL Of, int Protected,
+                                        int Inherited, int Asked) {
+  int Out = Control | (Of & Protected);
+  if ((Of & Inherited) != 0)
+    Out |= Inherited | Asked;
+  return static_cast<SECURITY_DESCRIPTOR_CONTROL>(Out);
+}
+
+} // namespace
+
+LONG ReadKeySecurity(HKEY Key, std::vector<std::byte> &Out) {
+  return ReadParts(
+      Key, OWNER_SECURITY_INFORMATION | GROUP_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION,
+      Out);
+}
+
+LONG ReadKeyLabel(HKEY Key, std::vector<std::byte> &Out) {
+  Out.clear();
+  static const bool HasLabels = FindFunction(L"advapi32.dll", "AddMandatoryAce") != nullptr;
+  const LONG Error = HasLabels ? ReadParts(Key, LABEL_SECURITY_INFORMATION, Out) : ERROR_SUCCESS;
+  std::optional<TAccessList> List = ListOf(Out, TWhichList::System);
+  if (!List || !List->Get() || List->Get()->AceCount == 0)
+    Out.clear();
+  return Error;
+}
+
+LONG SetKeyLabel(HKEY Key, std::span<const std::byte> Label) {
+  std::optional<TAccessList> List = ListOf(Label, TWhichList::System);
+  SECURITY_DESCRIPTOR Descriptor = {};
+  if (!List || !InitializeSecurityDescriptor(&Descriptor, SECURITY_DESCRIPTOR_REVISION) ||
+      !SetSecurityDescriptorSacl(&Descriptor, TRUE, List->Get(), FALSE))
+    return ERROR_INVALID_ACL;
+  Descriptor.Control = ControlWith(Descriptor.Control, List->Control, SE_SACL_PROTECTED,
+                                   SE_SACL_AUTO_INHERITED, SE_SACL_AUTO_INHERIT_REQ);
+  return RegSetKeySecurity(Key, LABEL_SECURITY_INFORMATION, &Descriptor);
+}
+
 void SetKeyAccessList(HKEY Key, std::span<const std::byte> Security) {
-  std::optional<TAccessList> List = AccessListOf(Security);
+  std::optional<TAccessList> List = ListOf(Security, TWhichList::Access);
   SECURITY_DESCRIPTOR Descriptor = {};
   if (!List || !InitializeSecurityDescriptor(&Descriptor, SECURITY_DESCRIPTOR_REVISION) ||
       !SetSecurityDescriptorDacl(&Descriptor, TRUE, List->Get(), FALSE))
     return;
-  // Whether the key takes part in what its parents hand down. The system keeps the
-  // second bit only of who asks for it.
-  int Control = Descriptor.Control | (List->Control & SE_DACL_PROTECTED);
-  if ((List->Control & SE_DACL_AUTO_INHERITED) != 0)
-    Control |= SE_DACL_AUTO_INHERITED | SE_DACL_AUTO_INHERIT_REQ;
-  Descriptor.Control = static_cast<SECURITY_DESCRIPTOR_CONTROL>(Control);
+  Descriptor.Control = ControlWith(Descriptor.Control, List->Control, SE_DACL_PROTECTED,
+                                   SE_DACL_AUTO_INHERITED, SE_DACL_AUTO_INHERIT_REQ);
   RegSetKeySecurity(Key, DACL_SECURITY_INFORMATION, &Descriptor);
 }
 

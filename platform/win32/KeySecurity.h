@@ -13,6 +13,13 @@ namespace hivesweep {
 // system's error; after one, Out is empty.
 LONG ReadKeySecurity(HKEY Key, std::vector<std::byte> &Out);
 
+// The key's mandatory label, as ReadKeySecurity answers. Empty when it has none, and before
+// Windows Vista.
+LONG ReadKeyLabel(HKEY Key, std::vector<std::byte> &Out);
+
+// Gives the key that label; its handle must have WRITE_OWNER. Answers the system's error.
+LONG SetKeyLabel(HKEY Key, std::span<const std::byte> Label);
+
 // Gives the key the descriptor's access list, if it has one that is in order and the
 // user may; the key's handle must have WRITE_DAC. The bytes may come from anywhere.
 void SetKeyAccessList(HKEY Key, std::span<const std::byte> Security);

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/Text.h"
 #include "platform/win32/KeySecurity.h"
 #include "platform/win32/Win32.h"
 
@@ -180,8 +181,44 @@ LONG ReadClassName(HKEY Key, std::u16string &Out) {
   return Error;
 }
 
+// Systems from Windows Vista on tell it.
+TRegVolatile VolatilityOf(HKEY Key) {
+  using TNtQueryKey = LONG(WINAPI *)(HANDLE, int, void *, ULONG, ULONG *);
+  static const auto NtQueryKey =
+      reinterpret_cast<TNtQueryKey>(FindFunction(L"ntdll.dll", "NtQueryKey"));
+  constexpr int FlagsInformation = 5;
+  constexpr ULONG IsVolatile = 1;
+  struct {
+    ULONG Wow64;
+    ULONG Key;
+    ULONG Control;
+  } Flags = {};
+  ULONG Size = 0;
+  // Older ones answer less, or nothing.
+  if (!NtQueryKey || NtQueryKey(Key, FlagsInformation, &Flags, sizeof Flags, &Size) < 0 ||
+      Size < sizeof Flags)
+    return TRegVolatile::NotTold;
+  return (Flags.Key & IsVolatile) != 0 ? TRegVolatile::Yes : TRegVolatile::No;
+}
+
+// Whether a key that stays can be made in this one; in a volatile key it can't. Leaves
+// nothing behind.
+LONG TryLastingSubkey(HKEY Key) {
+  const std::u16string Name = u"Hivesweep tries " + ToDecimal(GetCurrentProcessId());
+  TKeyHandle Made;
+  DWORD Disposition = 0;
+  LONG Error = Made.Create(Key, Name, KEY_READ, {}, 0, &Disposition);
+  Made.Close();
+  if (Error == ERROR_SUCCESS)
+    Error =
+        Disposition == REG_CREATED_NEW_KEY ? RegDeleteKeyW(Key, Wide(Name)) : ERROR_ALREADY_EXISTS;
+  return Error;
+}
+
 // The system makes all levels of a path as it is told to make the last.
-bool MustBeMadeAlone(const TRegKeyInfo &Info) { return !Info.ClassName.empty() || Info.IsLink; }
+bool MustBeMadeAlone(const TRegKeyInfo &Info) {
+  return !Info.ClassName.empty() || Info.IsLink || Info.Volatile == TRegVolatile::Yes;
+}
 
 // The front of the path that is made by a call of its own; 0: there is none.
 std::size_t FrontToMakeFirst(std::u16string_view Path, bool LastIsAlone) {
@@ -208,8 +245,11 @@ LONG CreateKey(HKEY Base, std::u16string_view Path, const TRegKeyInfo &Info, TKe
     Path.remove_prefix(End + 1);
   }
   DWORD Disposition = 0;
-  const LONG Error = Out.Create(Base, std::u16string(Path), FullRights, Info.ClassName,
-                                Info.IsLink ? REG_OPTION_CREATE_LINK : 0, &Disposition);
+  const DWORD Options =
+      (Info.IsLink ? static_cast<DWORD>(REG_OPTION_CREATE_LINK) : 0) |
+      (Info.Volatile == TRegVolatile::Yes ? static_cast<DWORD>(REG_OPTION_VOLATILE) : 0);
+  const LONG Error =
+      Out.Create(Base, std::u16string(Path), FullRights, Info.ClassName, Options, &Disposition);
   Created = Error == ERROR_SUCCESS && Disposition == REG_CREATED_NEW_KEY;
   return Error;
 }
@@ -351,10 +391,22 @@ public:
     LONG Error = ReadClassName(Key_.Get(), Out.ClassName);
     if (Error == ERROR_SUCCESS)
       Error = ReadKeySecurity(Key_.Get(), Out.Security);
-    if (Error != ERROR_SUCCESS)
+    if (Error == ERROR_SUCCESS)
+      Error = ReadKeyLabel(Key_.Get(), Out.Label);
+    if (Error != ERROR_SUCCESS) {
       Out = {};
-    else
+    } else {
+      Out.Volatile = VolatilityOf(Key_.Get());
       Out.IsLink = IsLink_;
+    }
+    return StatusOf(Error);
+  }
+
+  TRegStatus TryLikeness(const TRegKeyInfo &Info) override {
+    // A label that can be set once more can be set on a new key.
+    LONG Error = Info.Label.empty() ? ERROR_SUCCESS : SetLabel(Key_.Get(), Info.Label);
+    if (Error == ERROR_SUCCESS && Info.Volatile == TRegVolatile::NotTold)
+      Error = TryLastingSubkey(Key_.Get());
     return StatusOf(Error);
   }
 
@@ -456,7 +508,15 @@ private:
     if (Created && !Info.Security.empty() &&
         Owned.Open(Made.Get(), u"", REG_OPTION_OPEN_LINK, WRITE_DAC) == ERROR_SUCCESS)
       SetKeyAccessList(Owned.Get(), Info.Security);
+    if (Created && !Info.Label.empty())
+      SetLabel(Made.Get(), Info.Label);
     return {TRegStatus::Ok, KeyBelow(std::move(Made), Path, Created && Info.IsLink), Created};
+  }
+
+  static LONG SetLabel(HKEY Key, std::span<const std::byte> Label) {
+    TKeyHandle Owned;
+    const LONG Error = Owned.Open(Key, u"", REG_OPTION_OPEN_LINK, WRITE_OWNER);
+    return Error == ERROR_SUCCESS ? SetKeyLabel(Owned.Get(), Label) : Error;
   }
 
   std::unique_ptr<TWin32Key> KeyBelow(TKeyHandle Key, std::u16string_view Path, bool IsLink) const {

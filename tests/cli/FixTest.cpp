@@ -63,6 +63,10 @@ TEST(CliFix, IsUndoneByTheCommandThatItNames) {
   ASSERT_EQ(Live.Run({"restore", Undo, "--yes"}), 0) << Live.Cli.Console.Error;
   EXPECT_EQ(Live.Described(), Fixed);
 
+  const std::u16string Record = DataPathsIn(Live.Cli.Scratch.Path()).UndoFolderPath +
+                                FromUtf8(Name.substr(0, Name.find('.')) + ".undo");
+  ASSERT_EQ(WriteWholeFile(Record, "junk"), TError());
+  EXPECT_EQ(Live.Json({"backups"})["backups"][0]["exact"], "damaged");
   ASSERT_EQ(Live.Run({"delete", Name, "--yes"}), 0) << Live.Cli.Console.Error;
   EXPECT_EQ(Live.Run({"restore", Name, "--yes"}), 3);
   EXPECT_TRUE(Has(Live.Cli.Console.Error, Name + ": there is no backup of that name"));

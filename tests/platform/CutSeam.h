@@ -56,6 +56,9 @@ public:
   TRegStatus ReadInfo(TRegKeyInfo &Out) override {
     return Power_.Passes() ? Key_->ReadInfo(Out) : TRegStatus::Failed;
   }
+  TRegStatus TryLikeness(const TRegKeyInfo &Info) override {
+    return Power_.Passes() ? Key_->TryLikeness(Info) : TRegStatus::Failed;
+  }
   TRegStatus Counts(TRegCounts &Out) override {
     return Power_.Passes() ? Key_->Counts(Out) : TRegStatus::Failed;
   }
@@ -136,16 +139,20 @@ public:
   TError Read(std::u16string_view Path, std::string &Out) override {
     return Power_.Passes() ? Storage_.Read(Path, Out) : Off();
   }
-  // Half of it gets there.
+  TError ReadFront(std::u16string_view Path, std::size_t Size, std::string &Out) override {
+    return Power_.Passes() ? Storage_.ReadFront(Path, Size, Out) : Off();
+  }
   TError Write(std::u16string_view Path, std::string_view Bytes) override {
-    if (Power_.Passes())
-      return Storage_.Write(Path, Bytes);
-    if (Power_.IsCutNow())
-      Storage_.Write(Path, Bytes.substr(0, Bytes.size() / 2));
-    return Off();
+    return WriteBy(&TStorage::Write, Path, Bytes);
+  }
+  TError WriteNew(std::u16string_view Path, std::string_view Bytes) override {
+    return WriteBy(&TStorage::WriteNew, Path, Bytes);
   }
   TError Rename(std::u16string_view From, std::u16string_view To) override {
     return Power_.Passes() ? Storage_.Rename(From, To) : Off();
+  }
+  TError RenameNew(std::u16string_view From, std::u16string_view To) override {
+    return Power_.Passes() ? Storage_.RenameNew(From, To) : Off();
   }
   TError Remove(std::u16string_view Path) override {
     return Power_.Passes() ? Storage_.Remove(Path) : Off();
@@ -157,8 +164,25 @@ public:
     if (Power_.Passes())
       Storage_.MakeWritable(Path);
   }
+  THolding Hold(std::u16string_view Path) override {
+    if (Power_.Passes())
+      return Storage_.Hold(Path);
+    THolding Out;
+    Out.Error = Off();
+    return Out;
+  }
 
 private:
+  // Half of it gets there.
+  TError WriteBy(TError (TStorage::*Call)(std::u16string_view, std::string_view),
+                 std::u16string_view Path, std::string_view Bytes) {
+    if (Power_.Passes())
+      return (Storage_.*Call)(Path, Bytes);
+    if (Power_.IsCutNow())
+      (Storage_.*Call)(Path, Bytes.substr(0, Bytes.size() / 2));
+    return Off();
+  }
+
   static TError Off() { return {TErrorCode::Unwritable, {}}; }
 
   TStorage &Storage_;

@@ -419,6 +419,43 @@ TEST(Storage, KeepsListsAndReplacesFiles) {
   EXPECT_EQ(Storage.Remove(Old), TError()) << "has gone";
 }
 
+TEST(Storage, ANewNameIsNobodysBefore) {
+  const TScratchFolder Scratch;
+  const TPlatform Platform = MakeLocalServices();
+  TStorage &Storage = *Platform.Storage;
+  const std::u16string One = Scratch.File(u"one"), Two = Scratch.File(u"two");
+  EXPECT_EQ(Storage.WriteNew(One, "first"), TError());
+  EXPECT_NE(Storage.WriteNew(One, "second"), TError());
+  EXPECT_EQ(Storage.WriteNew(Two, "another"), TError());
+  EXPECT_NE(Storage.RenameNew(Two, One), TError());
+  EXPECT_EQ(Storage.RenameNew(Two, Scratch.File(u"three")), TError());
+  std::string Read;
+  EXPECT_EQ(Storage.ReadFront(Scratch.File(u"three"), 3, Read), TError());
+  EXPECT_EQ(Read, "ano");
+  EXPECT_EQ(Storage.ReadFront(One, 99, Read), TError());
+  EXPECT_EQ(Read, "first");
+  EXPECT_NE(Storage.ReadFront(Two, 3, Read), TError()) << "it has another name now";
+}
+
+TEST(Storage, AHeldFileIsRefusedUntilItIsGivenBack) {
+  const TScratchFolder Scratch;
+  const TPlatform Platform = MakeLocalServices();
+  TStorage &Storage = *Platform.Storage;
+  const std::u16string File = Scratch.File(u"lock");
+  for (int Round = 0; Round < 2; ++Round) {
+    const THolding First = Storage.Hold(File);
+    ASSERT_TRUE(First.File) << ToUtf8(EnglishWords(First.Error));
+    const THolding Second = Storage.Hold(File);
+    EXPECT_FALSE(Second.File);
+    EXPECT_TRUE(Second.IsHeldElsewhere);
+    EXPECT_NE(Second.HolderProcess, 0u);
+    EXPECT_TRUE(Second.Holder.starts_with(u"platform_test")) << ToUtf8(Second.Holder);
+  }
+  const THolding Lost = Storage.Hold(JoinPath(Scratch.File(u"no folder"), u"lock"));
+  EXPECT_FALSE(Lost.File || Lost.IsHeldElsewhere);
+  EXPECT_NE(Lost.Error, TError());
+}
+
 TEST(Storage, WhatCannotBeDoneIsSaid) {
   const TScratchFolder Scratch;
   TPlatform Platform = MakeLocalServices();

@@ -403,7 +403,9 @@ TEST_P(RegistryContract, AKeyIsMadeWithItsParentsOrOpened) {
       {"a zero inside", std::u16string(u"Refused\0x", 9), TRegStatus::Failed, false},
       {"a name that is too long", std::u16string(256, u'r'), TRegStatus::Failed, false},
   };
-  for (const TRegKeyInfo &Info : {TRegKeyInfo(), TRegKeyInfo{u"Class \u0416", {}, false}}) {
+  TRegKeyInfo WithClass;
+  WithClass.ClassName = u"Class \u0416";
+  for (const TRegKeyInfo &Info : {TRegKeyInfo(), WithClass}) {
     for (const auto &C : Cases) {
       SCOPED_TRACE(C.Why);
       const TRegOpened Made = Key->Create(C.Path, Info);

@@ -53,7 +53,7 @@ TEST_F(BackupsTest, AreKnownByTheirNames) {
   EXPECT_EQ(Names(), (std::vector<std::u16string>{u"backup1.regold", u"backup20090715143005.reg",
                                                   u"backup20100101000000.reg"}));
   for (const TBackupEntry &Entry : Clean_.EnumerateBackups())
-    EXPECT_EQ(Entry.Changes, Entry.HasText ? 0 : 7) << ToUtf8(Entry.Name);
+    EXPECT_EQ(Entry.Changes, Entry.Name == u"backup1.regold" ? 0 : 7) << ToUtf8(Entry.Name);
 }
 
 TEST_F(BackupsTest, RowsHaveTheirNameInTheThirdCellForMostSizes) {
@@ -84,11 +84,32 @@ TEST_F(BackupsTest, RowsHaveTheirNameInTheThirdCellForMostSizes) {
     EXPECT_EQ(Row(C.Size), std::string("07/05/2009 04:03:02|3|") + C.Cells + "n");
 }
 
-TEST_F(BackupsTest, ChangesAreTheKeyLines) {
+TEST_F(BackupsTest, ARecordIsOnlyWorthWhatItsChecksumSays) {
+  TUndoRecord Record;
+  Record.Changes = 7;
+  const std::string Whole = EncodeUndoRecord(Record);
+  std::string Flipped = Whole;
+  Flipped[30] ^= 1;
+  const struct {
+    const char *Why;
+    std::optional<std::string> Bytes; // nothing: no record
+    TUndoState State;
+    std::int32_t Changes; // without a good record the keys that the text names
+  } Cases[] = {{"whole", Whole, TUndoState::Whole, 7},
+               {"none", std::nullopt, TUndoState::None, 2},
+               {"four bytes of junk", "junk", TUndoState::Damaged, 2},
+               {"cut", Whole.substr(0, Whole.size() - 1), TUndoState::Damaged, 2},
+               {"one bit", Flipped, TUndoState::Damaged, 2}};
   Put(u"backup1.reg",
       "Windows Registry Editor Version 5.00\r\n\r\n[HKEY_USERS\\a]\r\n\"x\"=\"[no]\""
       "\r\n[HKEY_USERS\\a]\r\n\"h\"=hex:01,\\\r02\r\n");
-  EXPECT_EQ(Clean_.EnumerateBackups().at(0).Changes, 2);
+  const std::u16string Path = Clean_.Paths.UndoFolderPath + u"backup1.undo";
+  for (const auto &C : Cases) {
+    EXPECT_EQ(C.Bytes ? WriteWholeFile(Path, *C.Bytes) : Platform_.Storage->Remove(Path), TError());
+    const TBackupEntry Entry = Clean_.EnumerateBackups().at(0);
+    EXPECT_EQ(Entry.Record, C.State) << C.Why;
+    EXPECT_EQ(Entry.Changes, C.Changes) << C.Why;
+  }
 }
 
 TEST_F(BackupsTest, TwoOldOnesSurviveByTheOrderOfTheList) {
@@ -97,6 +118,7 @@ TEST_F(BackupsTest, TwoOldOnesSurviveByTheOrderOfTheList) {
     const char *Why;
     std::vector<int> Times;
     std::u16string_view Deleted;
+    std::vector<std::uint64_t> Numbers = {}; // of their records; empty: they have none
   } Cases[] = {
       {"two stay", {1, 2}, u""},
       {"a later one drives out the first, even if that was later than the second", {5, 1, 6}, u"0"},
@@ -105,6 +127,8 @@ TEST_F(BackupsTest, TwoOldOnesSurviveByTheOrderOfTheList) {
       {"one of the same time goes itself", {5, 5, 5}, u"2"},
       {"rising: the first place changes hands", {1, 2, 3, 4}, u"02"},
       {"falling", {4, 3, 2, 1}, u"23"},
+      {"numbers say what is later, not the clock", {1, 2, 3}, u"2", {3, 2, 1}},
+      {"one without a number is older", {3, 2, 1}, u"0", {0, 0, 1}},
   };
   for (const auto &C : Cases) {
     std::vector<TBackupEntry> Backups;
@@ -112,6 +136,8 @@ TEST_F(BackupsTest, TwoOldOnesSurviveByTheOrderOfTheList) {
       const std::u16string Name = ToDecimal(Backups.size());
       Backups.emplace_back().Name = Name;
       Backups.back().Time.Second = Second;
+      if (!C.Numbers.empty())
+        Backups.back().Number = C.Numbers[Backups.size() - 1];
     }
     std::u16string Deleted;
     for (const TBackupEntry &Entry : SurplusOf(Backups))

@@ -8,16 +8,17 @@
 namespace hivesweep {
 namespace {
 
-// A clock that stands still and counts the pauses.
+// A clock that stands still, until it is set, and counts the pauses.
 class TTestClock final : public TClock {
 public:
-  TLocalTime Now() override { return {2009, 7, 15, 14, 30, 5}; }
+  TLocalTime Now() override { return Time; }
   std::u16string DateSeparator() override { return u"."; }
   void Pause(std::uint32_t Milliseconds) override {
     Pauses.push_back(Milliseconds);
     OnPause();
   }
 
+  TLocalTime Time = {2009, 7, 15, 14, 30, 5};
   std::vector<std::uint32_t> Pauses;
   std::function<void()> OnPause = [] {}; // what happens meanwhile
 };
@@ -97,6 +98,7 @@ TEST_F(FixTest, GoesBackwardsAndPacesTheBar) {
   Fix_->Problems.GetGroup(0)->Get(1)->Checked = false;
   Fix_->Clean.FixPause = 10;
   const TFixReport Report = Fix_->Run();
+  EXPECT_EQ(Fix_->Clean.EnumerateBackups().at(0).Changes, 1) << "of the two that were chosen";
   ASSERT_EQ(Report.NotRemoved.size(), 1u);
   EXPECT_EQ(Report.NotRemoved[0].ValueName, u"gone");
   EXPECT_EQ(Report.NotRemoved[0].Why, TRemoval::GoneAlready);
@@ -218,14 +220,73 @@ TEST_F(FixTest, TheBackupHoldsAllLinesOfTheScan) {
                 ToAnsi(u"\u20AC\u4E00") + "\"\r\n");
   EXPECT_TRUE(Has(u"A", u"v"));
 
-  // A second fix in the same second takes the place of the text, not of the record.
+  // A second fix in the same second has names of its own, also beside a text that has lost
+  // its record. What a fix that was broken off had prepared is gone.
+  EXPECT_EQ(Fix_->Clean.DeleteBackup(Report.BackupName), TError());
+  for (const std::u16string_view Name : {Report.BackupName, std::u16string(u"backup1.tmp")})
+    ASSERT_EQ(WriteWholeFile(Backup(Name), "old"), TError());
   Fix_->Engine.BackupText = {u"[HKEY_CURRENT_USER\\B]"};
   Fix_->Problems.CheckAll(false);
   const TFixReport Second = Fix_->Run();
-  EXPECT_EQ(Content(Backup(Report.BackupName)),
+  EXPECT_EQ(Second.BackupName, u"backup20090715143005-2.reg");
+  EXPECT_EQ(Content(Backup(Report.BackupName)), "old");
+  EXPECT_EQ(Content(Backup(Second.BackupName)),
             "Windows Registry Editor Version 5.00\r\n\r\n[HKEY_CURRENT_USER\\B]\r\n");
-  EXPECT_NE(Second.BackupName, Report.BackupName);
-  EXPECT_EQ(Fix_->Clean.EnumerateBackups().size(), 2u);
+  std::vector<TStoredFile> Files;
+  EXPECT_EQ(Platform_.Storage->List(Backup(u""), Files), TError());
+  EXPECT_EQ(Files.size(), 2u);
+}
+
+TEST_F(FixTest, AfterAClockThatWentBackTheNewestRecordsStay) {
+  // Twelve fixes in the last hour of summer time and one in the hour that follows, which
+  // has the same number.
+  std::vector<std::u16string> Names;
+  for (int Count = 1; Count <= 13; ++Count) {
+    Platform_.Registry->Open(TRegRoot::CurrentUser, u"A", TRegAccess::Full)
+        .Key->SetValue(u"v", TRegType::String, BytesOf(u"1"));
+    Clock_->Time = {2009, 10, 25, 2, Count == 13 ? 1 : 30 + Count, 0};
+    Fix_->Add(u"HKEY_CURRENT_USER\\A", u"v");
+    if (Count == 13)
+      Fix_->Engine.BackupText = {u"[HKEY_CURRENT_USER\\A]"};
+    Names.push_back(Fix_->Run().BackupName);
+  }
+  EXPECT_FALSE(Has(u"A", u"v"));
+  std::vector<std::u16string> Left;
+  for (const TBackupEntry &Entry : Fix_->Clean.EnumerateBackups())
+    Left.push_back(Entry.Name);
+  ASSERT_EQ(Left.size(), 10u) << "its own is one of the ten that stay";
+  EXPECT_EQ(Left.front(), Names.back()) << "it has a text";
+  EXPECT_TRUE(std::equal(Left.begin() + 1, Left.end(), Names.begin() + 3, Names.end() - 1));
+  ASSERT_TRUE(Fix_->Clean.RestoreBackup(Names.back()));
+  Fix_->Clean.FinishRestore();
+  EXPECT_TRUE(Has(u"A", u"v"));
+}
+
+TEST_F(FixTest, WaitsForAnotherProgramAndThenSaysWhichItIs) {
+  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"v");
+  const std::u16string Done = Fix_->Run().BackupName;
+  Fix_->Add(u"HKEY_CURRENT_USER\\A", u"w");
+  Fix_->Clean.FixPause = 0;
+  Clock_->Pauses.clear();
+  THolding Other = Platform_.Storage->Hold(Fix_->Clean.Paths.LockPath);
+  ASSERT_TRUE(Other.File);
+  const TFixReport Report = Fix_->Run();
+  EXPECT_EQ(Report.Failure.Code, TErrorCode::NothingFixed);
+  ASSERT_EQ(Report.Failure.Cause.size(), 1u);
+  const TError &Why = Report.Failure.Cause.front();
+  EXPECT_EQ(Why.Code, TErrorCode::DataInUseBy);
+  EXPECT_TRUE(Why.Subject.starts_with(u"core_test")) << ToUtf8(Why.Subject);
+  EXPECT_NE(Why.Number, 0u);
+  EXPECT_FALSE(Fix_->Clean.RestoreBackup(Done));
+  EXPECT_EQ(Fix_->Clean.RestoreReport().Failure.Cause, std::vector{Why});
+  EXPECT_EQ(Fix_->Clean.DeleteBackup(Done), Why);
+  EXPECT_TRUE(Has(u"A", u"w"));
+  EXPECT_FALSE(Has(u"A", u"v"));
+  EXPECT_GT(Clock_->Pauses.size(), 20u) << "it gave the other one time";
+
+  Clock_->OnPause = [&] { Other.File.reset(); };
+  EXPECT_EQ(Fix_->Run().Removed, 1) << "the other one has come to its end";
+  EXPECT_TRUE(Fix_->Clean.RestoreBackup(Done)) << "and nothing is left of its own";
 }
 
 TEST_F(FixTest, WithoutARecordOrItsIgnoreListNothingIsTouched) {
@@ -353,6 +414,60 @@ TEST_F(FixTest, WhatCanNotBeReadIsLeftAlone) {
   Fix.Add(u"HKEY_CURRENT_USER\\T\\Closed", u"v");
   EXPECT_EQ(Reasons(Fix.Run()), (std::vector{TRemoval::Denied, TRemoval::NotRecorded}));
   EXPECT_TRUE(Has(u"T\\Open", u"v")) << "half a key would be gone otherwise";
+}
+
+TEST_F(FixTest, WhatCanNotBeMadeAgainIsLeftAlone) {
+  const auto Class = [](std::u16string_view Name) {
+    TRegKeyInfo Info;
+    Info.ClassName = Name;
+    return Info;
+  };
+  const auto Lasting = [](TRegVolatile Volatile) {
+    TRegKeyInfo Info;
+    Info.Volatile = Volatile;
+    return Info;
+  };
+  TRegKeyInfo Labelled;
+  Labelled.Label.resize(20);
+  const struct {
+    const char *Why;
+    std::u16string Name; // of the key to be deleted
+    TRegKeyInfo Info;    // what it is
+    bool IsDeleted;
+    bool RefusesLabels = false;
+  } Cases[] = {
+      {"an odd class", u"K", Class(u"c \u0416"), true},
+      {"a class with a zero inside", u"K", Class({u"a\0b", 3}), false},
+      {"a name of 255 units", std::u16string(255, u'n'), {}, true},
+      {"a name of 256 units", std::u16string(256, u'n'), {}, false},
+      {"a volatile key", u"K", Lasting(TRegVolatile::Yes), true},
+      {"nobody knows whether it is volatile", u"K", Lasting(TRegVolatile::NotTold), false},
+      {"a label", u"K", Labelled, true},
+      {"a label that can't be given", u"K", Labelled, false, true},
+  };
+  for (const auto &C : Cases) {
+    auto Registry = MemoryRegistry(u"[HKEY_CURRENT_USER\\" + C.Name + u"]\n\"v\"=\"1\"\n");
+    ASSERT_TRUE(Registry->SetInfo(u"HKEY_CURRENT_USER\\" + C.Name, C.Info));
+    if (C.RefusesLabels)
+      Registry->RefuseLabels();
+    Platform_.Registry = std::move(Registry);
+    TTestFix Fix(Platform_, Data());
+    Fix.Add(u"HKEY_CURRENT_USER\\" + C.Name, u"N/A");
+    const TFixReport Report = Fix.Run();
+    EXPECT_EQ(Reasons(Report),
+              C.IsDeleted ? std::vector<TRemoval>() : std::vector{TRemoval::NotRemakable})
+        << C.Why;
+    EXPECT_EQ(HasKey(C.Name), !C.IsDeleted) << C.Why;
+    if (!C.IsDeleted)
+      continue;
+    ASSERT_TRUE(Fix.Clean.RestoreBackup(Report.BackupName)) << C.Why;
+    Fix.Clean.FinishRestore();
+    TRegKeyInfo Now;
+    const TRegOpened Again = Platform_.Registry->Open(TRegRoot::CurrentUser, C.Name);
+    ASSERT_TRUE(Again.Key) << C.Why;
+    EXPECT_EQ(Again.Key->ReadInfo(Now), TRegStatus::Ok);
+    EXPECT_EQ(Now, C.Info) << C.Why;
+  }
 }
 
 TEST_F(FixTest, AKeyOfTheClassesRootTakesTheUsersFirst) {

@@ -11,6 +11,7 @@ TKeyPlace Place(std::u16string_view Path) { return {TRegRoot::CurrentUser, std::
 
 TUndoRecord FullRecord() {
   TUndoRecord Record;
+  Record.Number = 0x1'0000'0002;
   Record.Kind = TUndoKind::Restore;
   Record.ViewBits = ThisView();
   Record.Finished = false;
@@ -23,6 +24,8 @@ TUndoRecord FullRecord() {
   Key.Info.ClassName = u"class";
   Key.Info.Security = {std::byte{1}, std::byte{0}};
   Key.Info.IsLink = true;
+  Key.Info.Volatile = TRegVolatile::Yes;
+  Key.Info.Label = {std::byte{7}};
   Key.Values[u""] = {static_cast<TRegType>(0xFFFF'FFFFu), {}, 1};
   Key.Values[u"n\n\"\u0416"] = {TRegType::Binary, {std::byte{0}, std::byte{0xFF}}, 0};
   Before.Files[u"C:\\a.lnk"] = {std::string("\0b", 2), 1, 2, ~0ull, 0x27};
@@ -67,8 +70,8 @@ TEST(UndoFormat, ReadsBackWhatItWrote) {
   EXPECT_FALSE(Read->Finished);
   EXPECT_EQ(Read->Changes, 12u);
   const TSavedKey &Key = Read->Before.Keys.at(Place(u"a"));
-  EXPECT_EQ(Key.Info.ClassName, u"class");
-  EXPECT_TRUE(Key.Info.IsLink);
+  EXPECT_EQ(Key.Info, FullRecord().Before.Keys.at(Place(u"A")).Info);
+  EXPECT_EQ(Read->Number, 0x1'0000'0002u);
   EXPECT_EQ(Key.Values.at(u"").Order, 1u);
   EXPECT_EQ(Read->Before.Files.at(u"C:\\a.lnk"), FullRecord().Before.Files.at(u"C:\\a.lnk"));
   EXPECT_FALSE(Read->Before.Knows(Place(u"T\\closed\\below")));
@@ -107,7 +110,8 @@ TEST(UndoFormat, RefusesLyingLengthsBehindARightChecksum) {
   EXPECT_GT(Refused, 50);
 }
 
-// The first version had no goals, and marked all that a backup's text named.
+// The first version had no numbers, volatility, labels and goals, and marked all that a
+// backup's text named.
 TEST(UndoFormat, ReadsTheFirstVersion) {
   TUndoRecord Record = FullRecord();
   Record.Goal.reset();
@@ -117,12 +121,18 @@ TEST(UndoFormat, ReadsTheFirstVersion) {
   Record.Marks.MarkValue(Machine, u"w", TUndoMark::Named);
   Record.Marks.MarkValue(Place(Machine.Path), u"v", TUndoMark::Taken);
   Record.Marks.MarkValue(Place(u"A"), u"other", TUndoMark::Named);
-  std::string Body = EncodeUndoRecord(Record).substr(BodyAt);
-  Body.pop_back();
+  std::string Body = EncodeUndoRecord(Record).substr(BodyAt + 8); // no number,
+  Body.pop_back();                                                // no goal,
+  const std::string Security("\2\0\0\0\1\0\1", 7);               // and the mark of a link
+  Body.erase(Body.find(Security) + Security.size(), 1 + 4 + 1);   // no volatility, no label
   TError Why;
   const auto Read = DecodeUndoRecord(FileOf(1, Body), Why);
   ASSERT_TRUE(Read) << ToUtf8(EnglishWords(Why));
   EXPECT_FALSE(Read->Goal);
+  EXPECT_EQ(Read->Number, 0u);
+  EXPECT_EQ(Read->Before.Keys.at(Place(u"A")).Info.Volatile, TRegVolatile::No);
+  EXPECT_TRUE(Read->Before.Keys.at(Place(u"A")).Info.Label.empty());
+  EXPECT_EQ(DecodeUndoHead(FileOf(1, Body)).Changes, 12u);
   EXPECT_EQ(Read->Marks.OfValue(Place(u"A"), u""), TUndoMark::Taken);
   EXPECT_EQ(Read->Marks.OfValue(Place(u"A"), u"other"), TUndoMark::Kept) << "it was never fixed";
   EXPECT_EQ(Read->Marks.OfValue(Machine, u"v"), TUndoMark::Named) << "it may have been hit";

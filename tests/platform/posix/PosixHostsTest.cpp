@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "platform/Console.h"
 #include "platform/DiskFile.h"
@@ -111,6 +113,46 @@ TEST(PosixHosts, WidthComesFromTheEnvironmentWhereThereIsNoTerminal) {
   testing::internal::GetCapturedStdout();
   for (std::size_t Index = 0; Index < Widths.size(); ++Index)
     EXPECT_EQ(Widths[Index], Cases[Index].Width) << Index;
+}
+
+TEST(PosixHosts, AFileWhoseNameIsNoUtf8IsRemovedAndNotOnlySaidToBe) {
+  const TScratchFolder Scratch;
+  const TPlatform Platform = MakeLocalServices();
+  const std::string Folder = ToUtf8(Scratch.Path()) + "/";
+  for (const std::string Name :
+       {"\xFF.reg", "a\xC3", "\xED\xB3\xBF", "\xF0\x9F\x98\x80\xE4", "\xC3\xA4\xF0\x9F\x98\x80"}) {
+    ASSERT_EQ(WriteWholeFile(PathFromBytes(Folder + Name), "x"), TError());
+    EXPECT_EQ(access((Folder + Name).c_str(), F_OK), 0);
+    std::vector<TStoredFile> Found;
+    EXPECT_EQ(Platform.Storage->List(Scratch.Path(), Found), TError());
+    ASSERT_EQ(Found.size(), 1u);
+    EXPECT_EQ(Platform.Storage->Remove(Scratch.File(Found[0].Name)), TError());
+    EXPECT_EQ(Scratch.Count(), 0u) << ToUtf8(Found[0].Name);
+  }
+}
+
+TEST(PosixHosts, AHeldFileIsFreeWhenItsHolderIsKilled) {
+  const TScratchFolder Scratch;
+  const TPlatform Platform = MakeLocalServices();
+  const std::u16string File = Scratch.File(u"lock");
+  int Ready[2] = {};
+  ASSERT_EQ(pipe(Ready), 0);
+  const pid_t Child = fork();
+  if (Child == 0) {
+    const THolding Held = Platform.Storage->Hold(File);
+    const char Answer = Held.File ? 'y' : 'n';
+    if (write(Ready[1], &Answer, 1) == 1)
+      pause();
+    _exit(1);
+  }
+  char Answer = 0;
+  EXPECT_TRUE(read(Ready[0], &Answer, 1) == 1 && Answer == 'y');
+  EXPECT_EQ(Platform.Storage->Hold(File).HolderProcess, static_cast<std::uint32_t>(Child));
+  kill(Child, SIGKILL);
+  waitpid(Child, nullptr, 0);
+  EXPECT_TRUE(Platform.Storage->Hold(File).File);
+  close(Ready[0]);
+  close(Ready[1]);
 }
 
 // In a process of its own: the flag can't be taken back.

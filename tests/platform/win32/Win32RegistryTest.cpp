@@ -238,6 +238,59 @@ TEST_F(Win32Registry, AKeyThatIsMadeGetsItsAccessList) {
   }
 }
 
+// A key with what the system calls traits, which a fix must know before it deletes it.
+TEST_F(Win32Registry, AVolatileKeyIsToldOrFoundByTrying) {
+  Registry->Load(u"[~\\Lasting\\Below]");
+  const auto Key = OpenKey();
+  TRegKeyInfo Volatile;
+  Volatile.Volatile = TRegVolatile::Yes;
+  for (const std::u16string_view Name : {u"Volatile", u"Volatile\\Below"})
+    ASSERT_TRUE(Key->Create(Name, Volatile).Created);
+  EXPECT_EQ(Key->Create(u"Volatile\\Lasting").Status, TRegStatus::Failed)
+      << "it would outlive the key that it is in";
+  for (const std::u16string_view Name : {u"Lasting", u"Volatile", u"Volatile\\Below"}) {
+    const bool IsVolatile = Name != u"Lasting";
+    const TRegOpened Opened = Key->OpenItself(Name, TRegAccess::Full);
+    ASSERT_TRUE(Opened.Key);
+    TRegKeyInfo Told;
+    EXPECT_EQ(Opened.Key->ReadInfo(Told), TRegStatus::Ok);
+    if (Told.Volatile != TRegVolatile::NotTold) {
+      EXPECT_EQ(Told.Volatile == TRegVolatile::Yes, IsVolatile) << ToUtf8(Name);
+    }
+    Told.Volatile = TRegVolatile::NotTold;
+    EXPECT_EQ(Opened.Key->TryLikeness(Told) == TRegStatus::Ok, !IsVolatile) << ToUtf8(Name);
+    TRegCounts Counts;
+    EXPECT_EQ(Opened.Key->Counts(Counts), TRegStatus::Ok);
+    EXPECT_EQ(Counts.Subkeys, Name == u"Volatile\\Below" ? 0u : 1u) << "nothing is left of it";
+  }
+}
+
+TEST_F(Win32Registry, AKeyThatIsMadeGetsItsLabel) {
+  const auto Key = [&] {
+    Registry->Load(u"[~\\Plain]");
+    return OpenKey();
+  }();
+  TRegKeyInfo Info;
+  EXPECT_EQ(Key->Open(u"Plain").Key->ReadInfo(Info), TRegStatus::Ok);
+  EXPECT_TRUE(Info.Label.empty());
+  Info = {};
+  Info.Label = DescriptorOf(L"S:(ML;CI;NW;;;LW)");
+  const TRegOpened Made = Key->Create(u"Low", Info);
+  ASSERT_TRUE(Made.Key);
+  TRegKeyInfo Now;
+  EXPECT_EQ(Made.Key->ReadInfo(Now), TRegStatus::Ok);
+  if (Now.Label.empty() && IsWine())
+    GTEST_SKIP() << "this system keeps no labels";
+  wchar_t *Text = nullptr;
+  ASSERT_TRUE(ConvertSecurityDescriptorToStringSecurityDescriptorW(
+      Now.Label.data(), SDDL_REVISION_1, LABEL_SECURITY_INFORMATION, &Text, nullptr));
+  EXPECT_EQ(ToUtf8(FromWide(Text)), "S:(ML;CI;NW;;;LW)");
+  LocalFree(Text);
+  EXPECT_EQ(Made.Key->TryLikeness(Now), TRegStatus::Ok);
+  Now.Label.resize(Now.Label.size() - 1);
+  EXPECT_NE(Made.Key->TryLikeness(Now), TRegStatus::Ok) << "one that came to harm";
+}
+
 TEST_F(Win32Registry, OfTwoClassesThatShowAsOneTheUsersIsDeletedFirst) {
   using TNames = std::vector<std::u16string>;
   TRegistryHost &Host = Registry->Host();
