@@ -23,13 +23,17 @@ TExitCode RunBackups(TCliHost &Host, const TOptions &Options) {
   const auto Data = OpenData(Session, TFolderUse::Reads);
   const std::vector<TUndoFile> Records =
       TUndoStore(*Session.Platform.Storage, Data->Paths.UndoFolderPath).List();
+  TError Error;
+  const std::vector<TBackupEntry> Backups = Data->EnumerateBackups(&Error);
+  if (Error)
+    throw TFailure(TExitCode::Failed, WordsOf(Error));
   TListReport List("backups", {{u"Name", u"name"},
                                {u"Time", u"time"},
                                {u"Changes", u"changes", TCellKind::Number},
                                {u"Bytes", u"size", TCellKind::Number},
                                {u"Text", u"text", TCellKind::Flag},
                                {u"Exact record", u"exact", TCellKind::Flag}});
-  for (const TBackupEntry &Backup : Data->EnumerateBackups()) {
+  for (const TBackupEntry &Backup : Backups) {
     const bool HasRecord = std::ranges::any_of(Records, [&](const TUndoFile &Record) {
       return Record.BackupName == Backup.Name && !Record.IsPending;
     });

@@ -40,9 +40,9 @@ std::u16string Thousandths(std::int64_t Number) {
 } // namespace
 
 std::vector<TBackupEntry> ListBackups(TStorage &Storage, const TUndoStore &Undo,
-                                      std::u16string_view Folder) {
+                                      std::u16string_view Folder, TError *Error) {
   std::vector<TStoredFile> Found;
-  Storage.List(Folder, Found);
+  const TError ListError = About(Folder, Storage.List(Folder, Found));
   std::vector<TBackupEntry> Out;
   for (const TStoredFile &File : Found) {
     if (File.IsFolder || !IsBackupName(File.Name))
@@ -51,7 +51,11 @@ std::vector<TBackupEntry> ListBackups(TStorage &Storage, const TUndoStore &Undo,
     Out.push_back({File.Name, Path, CountChanges(Storage, Path),
                    static_cast<std::int64_t>(File.Size), File.Modified, true});
   }
-  for (const TUndoFile &File : Undo.List()) {
+  TError UndoError;
+  const std::vector<TUndoFile> Records = Undo.List(&UndoError);
+  if (Error)
+    *Error = ListError ? ListError : UndoError;
+  for (const TUndoFile &File : Records) {
     const auto IsKnown = [&](const TBackupEntry &Entry) { return Entry.Name == File.BackupName; };
     if (File.IsPending || std::ranges::any_of(Out, IsKnown))
       continue;
