@@ -14,7 +14,10 @@ constexpr TWord IgnoreWords[] = {
     {"ACTION", "list, add, remove or check; check tells whether the\n"
                "key is ignored, by exit code 0, or not, by 1"},
     {"KEY", "the full path of a key, spelled as scan lists it", true},
-    {"VALUE", "add: the value's name, as scan lists it; default:\nN/A, the whole key", true},
+    {"VALUE",
+     "add: the value's name, as scan lists it; default:\nN/A, the whole key; \"--\" goes before "
+     "one that begins\nwith \"-\"",
+     true},
 };
 
 // A new command is a new row.
@@ -56,7 +59,7 @@ int RunCli(TCliHost &Host, const std::vector<std::string> &Arguments) {
     Code = Run(Host, Arguments);
   } catch (const TFailure &Failure) {
     Code = Failure.Code;
-    Complain(Host.Console, Failure.what());
+    Complain(Host.Console, Failure.Message);
   } catch (const std::exception &Failure) {
     Complain(Host.Console, std::string("failed: ") + Failure.what());
   }

@@ -1,4 +1,5 @@
 #include "cli/Commands.h"
+#include "cli/Input.h"
 #include "cli/Output.h"
 #include "cli/ScanReport.h"
 #include "cli/Session.h"
@@ -7,7 +8,8 @@
 namespace hivesweep {
 
 TExitCode RunAreas(TCliHost &Host, const TOptions &Options) {
-  const TSession Session = OpenSession(Host, Options, false);
+  TSession Session = OpenSession(Host, Options, false);
+  RequireReadable(Session, Session.Paths.MainIniPath);
   const TAreaSwitches Switches =
       ReadAreaSwitches(*Session.Platform.Profiles, Session.Paths.MainIniPath);
   std::vector<TAreaRow> Rows;

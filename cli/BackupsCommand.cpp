@@ -32,13 +32,17 @@ std::u16string_view RecordCell(TUndoState Record) {
 TExitCode RunBackups(TCliHost &Host, const TOptions &Options) {
   TSession Session = OpenSession(Host, Options, false);
   const auto Data = OpenData(Host.Console, Session, TFolderUse::Reads);
+  TError Error;
+  const std::vector<TBackupEntry> Backups = Data->EnumerateBackups(&Error);
+  if (Error)
+    throw TFailure(TExitCode::Failed, WordsOf(Error));
   TListReport List("backups", {{u"Name", u"name"},
                                {u"Time", u"time"},
                                {u"Changes", u"changes", TCellKind::Number},
                                {u"Bytes", u"size", TCellKind::Number},
                                {u"Text", u"text", TCellKind::Flag},
                                {u"Exact record", u"exact", TCellKind::Flag}});
-  for (const TBackupEntry &Backup : Data->EnumerateBackups()) {
+  for (const TBackupEntry &Backup : Backups) {
     List.Rows.push_back(
         {Backup.Name, TimeCell(Backup.Time), ToDecimal(static_cast<std::uint64_t>(Backup.Changes)),
          ToDecimal(static_cast<std::uint64_t>(Backup.Size)),

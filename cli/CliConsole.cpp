@@ -14,6 +14,10 @@ bool TSystemConsole::InputIsTerminal() { return hivesweep::InputIsTerminal(); }
 
 std::optional<std::string> TSystemConsole::ReadLine() { return ConsoleReadLine(); }
 
+std::optional<std::string> TSystemConsole::ReadAll(std::size_t Most) {
+  return ConsoleReadAll(Most);
+}
+
 void TSystemConsole::CatchInterrupt() { hivesweep::CatchInterrupt(); }
 
 bool TSystemConsole::WasInterrupted() { return hivesweep::WasInterrupted(); }

@@ -24,6 +24,7 @@ public:
   virtual int Width(TConsoleStream Stream) = 0;
   virtual bool InputIsTerminal() = 0;
   virtual std::optional<std::string> ReadLine() = 0;
+  virtual std::optional<std::string> ReadAll(std::size_t Most) = 0;
   virtual void CatchInterrupt() = 0;
   virtual bool WasInterrupted() = 0;
   virtual std::uint64_t Ticks() = 0;
@@ -37,6 +38,7 @@ public:
   int Width(TConsoleStream Stream) override;
   bool InputIsTerminal() override;
   std::optional<std::string> ReadLine() override;
+  std::optional<std::string> ReadAll(std::size_t Most) override;
   void CatchInterrupt() override;
   bool WasInterrupted() override;
   std::uint64_t Ticks() override;

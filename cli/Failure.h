@@ -16,13 +16,15 @@ enum class TExitCode : int {
   Interrupted = 130,
 };
 
-// Ends the command. The message, in UTF-8, goes to standard error.
+// Ends the command. The message, in UTF-8, goes to standard error. It may quote names with
+// zeros in them, and what() ends at the first.
 class TFailure : public std::runtime_error {
 public:
-  TFailure(TExitCode ExitCode, const std::string &Message)
-      : std::runtime_error(Message), Code(ExitCode) {}
+  TFailure(TExitCode ExitCode, const std::string &Text)
+      : std::runtime_error(Text), Code(ExitCode), Message(Text) {}
 
   const TExitCode Code;
+  const std::string Message;
 };
 
 // The failure in English and UTF-8, for a message.
@@ -31,7 +33,7 @@ std::string WordsOf(const TError &Error);
 // The message names the wrong word and what was expected.
 class TWrongUse : public TFailure {
 public:
-  explicit TWrongUse(const std::string &Message) : TFailure(TExitCode::WrongUse, Message) {}
+  explicit TWrongUse(const std::string &Text) : TFailure(TExitCode::WrongUse, Text) {}
 };
 
 } // namespace hivesweep

@@ -47,7 +47,9 @@ private:
 std::optional<TFixPlan> TFixCommand::PlanOf(TCliHost &Host, const TOptions &Options) {
   if (!Options.DryRun)
     RequireAnswer(Host.Console, Options);
-  return Options.PlanFile ? std::optional<TFixPlan>(*Options.PlanFile) : std::nullopt;
+  if (!Options.PlanFile)
+    return std::nullopt;
+  return TFixPlan(Host.Console, *Options.PlanFile);
 }
 
 TExitCode TFixCommand::Run() {

@@ -3,14 +3,22 @@
 #include <set>
 #include <unordered_map>
 
+#include <nlohmann/json.hpp>
+
 #include "cli/Failure.h"
 #include "cli/Input.h"
-#include "cli/JsonText.h"
 #include "platform/Text.h"
 
 namespace hivesweep {
 
 namespace {
+
+// Reports need three levels.
+constexpr int DeepestLevel = 100;
+
+// The one that keeps the order of fields copies and frees its values by recursion: what
+// somebody has nested deeply would end the program.
+using TJson = nlohmann::json;
 
 [[noreturn]] void Refuse(const std::string &File, const std::string &Reason) {
   throw TFailure(TExitCode::Failed, File + ": is no plan: " + Reason);
@@ -28,9 +36,16 @@ std::string ReasonOf(const TJson::exception &Error) {
 }
 
 // A shell may have saved the report in an encoding of its own.
-TJson Parse(const std::string &File) {
+TJson Parse(const std::string &File, const std::string &Bytes) {
+  if (EndsInHalfUnit(Bytes))
+    Refuse(File, "it is cut: it ends in the middle of a character");
+  const auto CheckDepth = [&](int Depth, TJson::parse_event_t, const TJson &) {
+    if (Depth > DeepestLevel)
+      Refuse(File, "it is nested deeper than " + std::to_string(DeepestLevel) + " levels");
+    return true;
+  };
   try {
-    return TJson::parse(ToUtf8(DecodeTextFile(ReadInput(File))));
+    return TJson::parse(ToUtf8(DecodeTextFile(Bytes)), CheckDepth);
   } catch (const TJson::exception &Error) {
     Refuse(File, ReasonOf(Error));
   }
@@ -101,8 +116,9 @@ bool Names(const TPlanEntry &Entry, const TReportedProblem &Problem) {
 
 } // namespace
 
-TFixPlan::TFixPlan(const std::string &File) {
-  const TJson Report = Parse(File);
+TFixPlan::TFixPlan(TCliConsole &Console, const std::string &Name) {
+  const std::string File = NameOfInput(Name);
+  const TJson Report = Parse(File, ReadInput(Console, Name));
   const auto Problems = Report.is_object() ? Report.find("problems") : Report.end();
   if (!Report.is_object() || Problems == Report.end() || !Problems->is_array())
     Refuse(File, "it has no list \"problems\"");

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/CliConsole.h"
 #include "cli/ScanReport.h"
 
 namespace hivesweep {
@@ -20,8 +21,9 @@ struct TPlanEntry {
 
 class TFixPlan {
 public:
-  // Reads the file. Throws TFailure with what is wrong with it and where.
-  explicit TFixPlan(const std::string &File);
+  // Reads the file of that name; "-" is standard input. Throws TFailure with what is wrong
+  // with it and where.
+  TFixPlan(TCliConsole &Console, const std::string &Name);
 
   // The areas of the checked entries, as the engine takes them.
   std::u16string AreaFlags() const;

@@ -4,6 +4,7 @@
 #include "cli/Commands.h"
 #include "cli/Input.h"
 #include "cli/ListReport.h"
+#include "cli/OptionTable.h"
 #include "cli/Output.h"
 #include "cli/Session.h"
 #include "platform/Text.h"
@@ -72,12 +73,12 @@ const TAction &ActionOf(const std::vector<std::string> &Words) {
   const auto *const Action = std::ranges::find_if(
       Actions, [&](const TAction &Candidate) { return Candidate.Name == Name; });
   if (Action == std::end(Actions))
-    throw TWrongUse("ignore: \"" + Name + "\" is none of list, add, remove, check");
+    throw TWrongUse("ignore: " + Quoted(Name) + " is none of list, add, remove, check");
   const std::size_t Count = Words.size() - 1;
   if (Count < Action->Fewest)
     throw TWrongUse("ignore " + Name + ": KEY is expected, the full path of a key");
   if (Count > Action->Most)
-    throw TWrongUse("ignore " + Name + ": \"" + Words.back() + "\" is a word too many");
+    throw TWrongUse("ignore " + Name + ": " + Quoted(Words.back()) + " is a word too many");
   return *Action;
 }
 

@@ -1,21 +1,44 @@
 #include "cli/Input.h"
 
 #include "cli/Failure.h"
-#include "platform/DiskFile.h"
 #include "platform/Text.h"
-#include "repair/Readable.h"
 
 namespace hivesweep {
 
-std::string ReadInput(const std::string &Name) {
+namespace {
+
+constexpr std::string_view StandardInput = "-";
+
+TError ReadStandardInput(TCliConsole &Console, std::string &Out, std::size_t Limit) {
+  std::optional<std::string> Bytes = Console.ReadAll(Limit + 1);
+  if (!Bytes && Console.WasInterrupted())
+    throw TFailure(TExitCode::Interrupted, "stopped; nothing was changed");
+  if (!Bytes)
+    return {TErrorCode::NoAnswer, {}};
+  Out = *std::move(Bytes);
+  return Out.size() > Limit ? FileTooLarge(Limit) : TError();
+}
+
+} // namespace
+
+std::string ReadInput(TCliConsole &Console, const std::string &Name, std::size_t Limit) {
   std::string Bytes;
-  if (const TError Error = ReadWholeFile(PathFromBytes(Name), Bytes))
-    throw TFailure(TExitCode::Failed, Name + ": could not be read: " + WordsOf(Error));
+  const TError Error = Name == StandardInput ? ReadStandardInput(Console, Bytes, Limit)
+                                             : ReadWholeFile(PathFromBytes(Name), Bytes, Limit);
+  if (Error)
+    throw TFailure(TExitCode::Failed, NameOfInput(Name) + ": could not be read: " + WordsOf(Error));
   return Bytes;
 }
 
+std::string NameOfInput(const std::string &Name) {
+  return Name == StandardInput ? "standard input" : Name;
+}
+
 void RequireReadable(TSession &Session, std::u16string_view Path) {
-  if (const TError Error = WhyUnreadable(*Session.Platform.Storage, Path))
+  TIniSection Unused;
+  const TError Error =
+      Path.empty() ? TError() : Session.Platform.Profiles->ReadSection(Path, u"", Unused);
+  if (Error)
     throw TFailure(TExitCode::Failed, WordsOf(Error));
 }
 

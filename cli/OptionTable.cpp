@@ -6,11 +6,15 @@
 #include <utility>
 
 #include "cli/ScanReport.h"
+#include "cli/TerminalText.h"
 #include "platform/Text.h"
 
 namespace hivesweep {
 
-std::string Quoted(const std::string &Word) { return "\"" + Word + "\""; }
+std::string Quoted(const std::string &Word) {
+  constexpr int Longest = 100;
+  return "\"" + ToUtf8(ShortenMiddle(FromUtf8(Word), Longest)) + "\"";
+}
 
 std::string Joined(const std::vector<std::string> &Words) {
   std::string Out;
@@ -147,7 +151,8 @@ constexpr TOptionRow Rows[] = {
     {TakesFix, "--plan", TValue::Name, "FILE",
      "the JSON of an earlier scan, in which \"Checked\" may\n"
      "have been changed: of its checked problems, fixes\n"
-     "those that are still there with the same data",
+     "those that are still there with the same data;\n"
+     "up to 512 MiB; - is standard input",
      TakePlan},
     {TakesFix, "--dry-run", TValue::None, "",
      "tells what would be fixed and changes nothing at all", TakeDryRun},
@@ -158,14 +163,16 @@ constexpr TOptionRow Rows[] = {
      TakeNoProgress},
     {TakesSource, "--registry", TValue::Name, "FILE",
      "the text that a registry editor exports, instead of\n"
-     "the live registry; may be given several times",
+     "the live registry; may be given several times;\n"
+     "up to 512 MiB; - is standard input",
      TakeRegistry, true},
     {TakesSource, "--machine", TValue::Name, "FILE",
      "the machine that belongs to it: drives, folders and\n"
-     "which files exist",
+     "which files exist; up to 64 MiB; - is standard input",
      TakeMachine},
     {TakesFolder, "--data-folder", TValue::Name, "DIR",
      "where settings, ignore list and backups lie;\n"
+     "(files of up to 64 MiB; backups: 512 MiB);\n"
      "default: the program's own data folder",
      TakeDataFolder},
 };

@@ -38,7 +38,7 @@ std::span<const TOptionRule> OptionRules();
 // The switch names of all areas.
 std::string AreaNames();
 
-// For messages.
+// For messages; a word that nobody would read to its end is shortened.
 std::string Quoted(const std::string &Word);
 std::string Joined(const std::vector<std::string> &Words);
 

@@ -96,6 +96,35 @@ std::string CommandNames(std::span<const TCommand> Commands) {
   return Joined(Names);
 }
 
+bool TakesValue(const std::string &Word) {
+  return std::ranges::any_of(OptionTable(), [&](const TOptionRow &Row) {
+    return Row.Value != TValue::None && Word == Row.Name;
+  });
+}
+
+[[noreturn]] void RefuseMissingValue(const std::string &Name, const std::string &Given) {
+  const TOptionRow &Row = *std::ranges::find(OptionTable(), Name, &TOptionRow::Name);
+  throw TWrongUse(Name + ": its value (" + Row.Placeholder + ") is expected behind it" + Given);
+}
+
+// What the library would take in another sense than the user's, or pass over.
+void CheckWords(const std::vector<std::string> &Arguments) {
+  for (std::size_t Index = 0; Index < Arguments.size() && Arguments[Index] != "--"; ++Index) {
+    const std::string &Word = Arguments[Index];
+    if (TakesValue(Word) && Index + 1 < Arguments.size()) {
+      const std::string &Value = Arguments[++Index];
+      if (Value.starts_with("--"))
+        RefuseMissingValue(Word, ", not the option " + Quoted(Value));
+    } else if (Word == "++") {
+      throw TWrongUse(Quoted(Word) + " is no option and no command");
+    }
+    for (const std::string Flag : {"--help", "--version"})
+      if (Word.starts_with(Flag + "="))
+        throw TWrongUse(Flag + ": takes no value, and " + Quoted(Word.substr(Flag.size() + 1)) +
+                        " is one");
+  }
+}
+
 // The library takes words from the back. It would also take the word after "--name="
 // for the empty value that is meant.
 std::vector<std::string> Prepared(const std::vector<std::string> &Arguments) {
@@ -138,6 +167,7 @@ public:
   }
 
   TInvocation Parse(const std::vector<std::string> &Arguments) {
+    CheckWords(Arguments);
     try {
       App_.parse(Prepared(Arguments));
     } catch (const CLI::CallForHelp &) {
@@ -149,7 +179,9 @@ public:
     } catch (const CLI::RequiredError &) {
       RefuseMissingWord();
     } catch (const CLI::ParseError &Error) {
-      RefuseMissingValue(Arguments.back());
+      // Values run out only behind the last word.
+      if (TakesValue(Arguments.back()))
+        RefuseMissingValue(Arguments.back(), "");
       throw TWrongUse(Error.what());
     }
     for (const TCommand &Command : Commands_) {
@@ -190,13 +222,6 @@ private:
                           Command.Name + " --help tells more");
       }
     throw TWrongUse("a word is missing");
-  }
-
-  // Values run out only behind the last word.
-  static void RefuseMissingValue(const std::string &Name) {
-    for (const TOptionRow &Row : OptionTable())
-      if (Name == Row.Name)
-        throw TWrongUse(Name + ": its value (" + Row.Placeholder + ") is expected behind it");
   }
 
   std::span<const TCommand> Commands_;

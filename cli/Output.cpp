@@ -21,9 +21,12 @@ void WriteResult(TCliConsole &Console, const std::optional<std::string> &File,
 }
 
 void Complain(TCliConsole &Console, std::string_view Utf8) {
+  // A registry's data, or a word of the command line, may be of any length.
+  constexpr int Longest = 2000;
   // There is no better place to tell that this could not be told.
   Console.Write(TConsoleStream::Error,
-                "hivesweep-cli: " + ToUtf8(Presentable(FromUtf8(Utf8))) + "\n");
+                "hivesweep-cli: " + ToUtf8(ShortenMiddle(Presentable(FromUtf8(Utf8)), Longest)) +
+                    "\n");
 }
 
 int WidthOfResult(TCliConsole &Console, const std::optional<std::string> &File) {

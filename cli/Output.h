@@ -18,7 +18,7 @@ void WriteResult(TCliConsole &Console, const std::optional<std::string> &File,
                  std::string_view Utf8);
 
 // One line on standard error, after the program's name. Whatever a terminal would act
-// on is taken out of the message.
+// on is taken out of the message, and the middle of a very long one.
 void Complain(TCliConsole &Console, std::string_view Utf8);
 
 // How wide a text for people may be; 0: as wide as it likes.

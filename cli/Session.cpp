@@ -16,14 +16,15 @@ namespace hivesweep {
 namespace {
 
 [[noreturn]] void RefuseText(const std::string &Name, const TTextError &Error) {
-  throw TFailure(TExitCode::Failed,
-                 Name + ":" + std::to_string(Error.Line) + ": " + ToUtf8(Error.Message));
+  throw TFailure(TExitCode::Failed, NameOfInput(Name) + ":" + std::to_string(Error.Line) + ": " +
+                                        ToUtf8(Error.Message));
 }
 
-std::unique_ptr<TMemoryRegistry> LoadRegistry(const std::vector<std::string> &Names) {
+std::unique_ptr<TMemoryRegistry> LoadRegistry(TCliConsole &Console,
+                                              const std::vector<std::string> &Names) {
   auto Registry = std::make_unique<TMemoryRegistry>();
   for (const std::string &Name : Names)
-    if (const auto Error = Registry->LoadText(ReadInput(Name)))
+    if (const auto Error = Registry->LoadText(ReadInput(Console, Name)))
       RefuseText(Name, *Error);
   return Registry;
 }
@@ -46,10 +47,10 @@ std::u16string DecodeMachine(const std::string &Name, std::string_view Bytes) {
   RefuseText(Name, {Number, u"the text is not UTF-8"});
 }
 
-TMachine LoadMachine(const std::optional<std::string> &Name) {
+TMachine LoadMachine(TCliConsole &Console, const std::optional<std::string> &Name) {
   if (!Name)
     return {};
-  auto Parsed = ParseMachine(DecodeMachine(*Name, ReadInput(*Name)));
+  auto Parsed = ParseMachine(DecodeMachine(*Name, ReadInput(Console, *Name, LargestSettingsFile)));
   if (const auto *const Error = std::get_if<TTextError>(&Parsed))
     RefuseText(*Name, *Error);
   return std::get<TMachine>(std::move(Parsed));
@@ -82,8 +83,8 @@ TSession OpenSession(const TCliHost &Host, const TOptions &Options, bool NeedsRe
   Session.Paths = DataPaths(Options.DataFolder, Live);
   Session.IsOwnFolder = !Options.DataFolder;
   if (!Options.RegistryFiles.empty())
-    Session.Platform =
-        MakeMemoryPlatform(LoadRegistry(Options.RegistryFiles), LoadMachine(Options.MachineFile));
+    Session.Platform = MakeMemoryPlatform(LoadRegistry(Host.Console, Options.RegistryFiles),
+                                          LoadMachine(Host.Console, Options.MachineFile));
   else
     Session.Platform = Live ? *std::move(Live) : MakeLocalServices();
   return Session;

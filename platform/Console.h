@@ -32,6 +32,10 @@ bool InputIsTerminal();
 // of the input, after Ctrl+C, and when it can't be read.
 std::optional<std::string> ConsoleReadLine();
 
+// Reads standard input to its end, but no more than Most bytes of it. Nothing after Ctrl+C,
+// and when it can't be read.
+std::optional<std::string> ConsoleReadAll(std::size_t Most);
+
 // From now on Ctrl+C only sets a flag (a second one ends the program).
 void CatchInterrupt();
 bool WasInterrupted();

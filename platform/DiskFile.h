@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <limits>
 #include <string>
 #include <string_view>
 
@@ -10,13 +9,27 @@
 
 namespace hivesweep {
 
-// A file of more than Limit bytes is not read: that is an error too.
+// No larger file is read: texts of registries, plans, backups and their records.
+inline constexpr std::size_t LargestInputFile = std::size_t{512} << 20;
+
+// Nor a larger settings file, or description of a machine.
+inline constexpr std::size_t LargestSettingsFile = std::size_t{64} << 20;
+
+// Why a file was not read.
+inline TError NoRegularFile() { return {TErrorCode::NoRegularFile, {}}; }
+inline TError FileTooLarge(std::size_t Limit) {
+  return {TErrorCode::FileTooLarge, {}, static_cast<std::uint32_t>(Limit >> 20)};
+}
+
+// Reads a regular file. A device or a pipe, which may have no end, is an error, and so is a
+// file of more than Limit bytes.
 TError ReadWholeFile(std::u16string_view Path, std::string &Out,
-                     std::size_t Limit = std::numeric_limits<std::size_t>::max());
+                     std::size_t Limit = LargestInputFile);
 
 // The file is complete under its name or it is what it was before: it is written
-// under another name in the same folder and then renamed. One that is marked
-// read-only is not replaced.
+// under another name in the same folder and then renamed. Where a link stands, this is done
+// to the file that it leads to. One that is marked read-only is not replaced. A device or a
+// pipe is opened and written.
 TError WriteWholeFile(std::u16string_view Path, std::string_view Bytes);
 
 // None when there is a folder of that name. Else why not.

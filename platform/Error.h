@@ -21,9 +21,19 @@ enum class TErrorCode : std::uint8_t {
   Unreadable,
   Unwritable,
   ReadBackDiffers,
+  NoRegularFile,
+  FileTooLarge, // Number is how many MiB it may have
+  TextCut,
+  NoAnswer, // from standard input
 
   // The ignore list. The subject is its file.
-  KeyUnfitForList,
+  KeyEmpty,
+  KeyLikeSection,
+  KeyLikeComment,
+  KeyWithEquals,
+  KeyWithBreak,
+  KeyWithOuterBlanks,
+  ValueWithBreak,
   KeyLostInList,
   ListNotPutBack,
 

@@ -69,7 +69,9 @@ TError Unwritable(std::u16string_view Path) {
 
 // A missing file has no bytes, and is no failure.
 TError TIniProfiles::Read(std::u16string_view Path, std::string &Bytes) {
-  TError Error = ReadWholeFile(Path, Bytes);
+  TError Error = ReadWholeFile(Path, Bytes, LargestSettingsFile);
+  if (!Error && EndsInHalfUnit(Bytes))
+    Error = {TErrorCode::TextCut, {}};
   if (Error && Stamp(Path) == TFileStamp())
     return {};
   return Because(std::move(Error), TErrorCode::Unreadable, Path);

@@ -265,6 +265,10 @@ std::u16string DecodeTextFile(std::string_view Bytes) {
   return FromAnsi(Bytes);
 }
 
+bool EndsInHalfUnit(std::string_view Bytes) {
+  return (Bytes.starts_with("\xFF\xFE") || Bytes.starts_with("\xFE\xFF")) && Bytes.size() % 2 != 0;
+}
+
 std::vector<std::u16string_view> SplitLines(std::u16string_view Text) {
   std::vector<std::u16string_view> Lines;
   while (!Text.empty()) {

@@ -89,6 +89,9 @@ std::string ToAnsi(std::u16string_view Text);
 // without one, UTF-8 when they are well-formed UTF-8, else the code page.
 std::u16string DecodeTextFile(std::string_view Bytes);
 
+// A UTF-16 text with a mark whose last unit is not whole: the file was cut.
+bool EndsInHalfUnit(std::string_view Bytes);
+
 // The lines of a text, ended by CR, LF or CR LF; a last line without an end
 // counts, the emptiness after a last line end does not.
 std::vector<std::u16string_view> SplitLines(std::u16string_view Text);

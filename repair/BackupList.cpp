@@ -43,9 +43,9 @@ std::u16string Thousandths(std::int64_t Number) {
 } // namespace
 
 std::vector<TBackupEntry> ListBackups(TStorage &Storage, const TUndoStore &Undo,
-                                      std::u16string_view Folder) {
+                                      std::u16string_view Folder, TError *Error) {
   std::vector<TStoredFile> Found;
-  Storage.List(Folder, Found);
+  const TError ListError = About(Folder, Storage.List(Folder, Found));
   std::vector<TBackupEntry> Out;
   for (const TStoredFile &File : Found) {
     if (File.IsFolder || !IsBackupName(File.Name))
@@ -57,7 +57,11 @@ std::vector<TBackupEntry> ListBackups(TStorage &Storage, const TUndoStore &Undo,
     Entry.Time = File.Modified;
   }
   const std::size_t Texts = Out.size();
-  for (const TUndoFile &File : Undo.List()) {
+  TError UndoError;
+  const std::vector<TUndoFile> Records = Undo.List(&UndoError);
+  if (Error)
+    *Error = ListError ? ListError : UndoError;
+  for (const TUndoFile &File : Records) {
     if (File.IsPending)
       continue;
     auto Entry = std::ranges::find(Out, File.BackupName, &TBackupEntry::Name);

@@ -27,9 +27,10 @@ struct TBackupEntry {
 };
 
 // The entries of the folder's backup files in the disk's order, then those of records
-// without one, the oldest first.
+// without one, the oldest first. A folder that can't be listed has none, and is named in
+// Error.
 std::vector<TBackupEntry> ListBackups(TStorage &Storage, const TUndoStore &Undo,
-                                      std::u16string_view Folder);
+                                      std::u16string_view Folder, TError *Error = nullptr);
 
 // One row for each: time, changes, size, name. A size of 1000 bytes has no cell, and
 // one above 1,000,000 has two, so the name stands in another column then; whoever

@@ -13,11 +13,34 @@ namespace {
 
 constexpr std::u16string_view Section = u"Registry";
 
-// Each becomes something else on the way through an INI file.
-bool FitsIntoIni(std::u16string_view KeyPath) {
-  return !KeyPath.empty() && KeyPath == Trim(KeyPath) && !KeyPath.starts_with(u';') &&
-         !KeyPath.starts_with(u'[') &&
-         KeyPath.find_first_of(std::u16string_view(u"=\r\n\0", 4)) == std::u16string_view::npos;
+// The text from which a file gives the same value name again: blanks and a pair of quotes
+// are taken off its ends.
+std::u16string IniTextOf(std::u16string_view ValueName) {
+  TIniSection Read;
+  Read.Add({u"name", std::u16string(Trim(ValueName))});
+  std::u16string Text(ValueName);
+  return Read.Find(u"name") == ValueName ? Text : u"\"" + Text + u"\"";
+}
+
+// Why the two can't stand in a line of an INI file: each such text becomes something else on
+// the way through it.
+TErrorCode WhyUnfit(std::u16string_view KeyPath, std::u16string_view ValueName) {
+  const auto HasBreak = [](std::u16string_view Text) {
+    return Text.find_first_of(std::u16string_view(u"\r\n\0", 3)) != std::u16string_view::npos;
+  };
+  if (HasBreak(KeyPath))
+    return TErrorCode::KeyWithBreak;
+  if (HasBreak(ValueName))
+    return TErrorCode::ValueWithBreak;
+  if (KeyPath.empty())
+    return TErrorCode::KeyEmpty;
+  if (KeyPath != Trim(KeyPath))
+    return TErrorCode::KeyWithOuterBlanks;
+  if (KeyPath.starts_with(u'['))
+    return TErrorCode::KeyLikeSection;
+  if (KeyPath.starts_with(u';'))
+    return TErrorCode::KeyLikeComment;
+  return Contains(KeyPath, u'=') ? TErrorCode::KeyWithEquals : TErrorCode::None;
 }
 
 } // namespace
@@ -28,8 +51,8 @@ TIgnoreList::TIgnoreList(TPlatform &Platform, std::u16string Path)
 TError TIgnoreList::Add(std::u16string_view KeyPath, std::u16string_view ValueName) {
   TProfiles &Profiles = *Platform_.Profiles;
   TStorage &Storage = *Platform_.Storage;
-  if (!FitsIntoIni(KeyPath))
-    return {TErrorCode::KeyUnfitForList, Path_};
+  if (const TErrorCode Why = WhyUnfit(KeyPath, ValueName); Why != TErrorCode::None)
+    return {Why, Path_};
   TIniSection Wanted;
   if (TError Unread = Profiles.ReadSection(Path_, Section, Wanted))
     return Unread;
@@ -37,11 +60,13 @@ TError TIgnoreList::Add(std::u16string_view KeyPath, std::u16string_view ValueNa
   const bool WasThere = !Storage.Read(Path_, Before);
 
   Storage.MakeWritable(Path_);
-  const TIniChange Change = {KeyPath, ValueName};
+  const std::u16string Text = IniTextOf(ValueName);
+  const TIniChange Change = {KeyPath, Text};
   if (TError Unwritten = Profiles.WriteSection(Path_, Section, {&Change, 1}))
     return Unwritten;
   // Whatever the file's encoding or the system's limits made of it shows only here.
-  if (Contains(KeyPath) && HoldsAll(Wanted, KeyPath))
+  if (Contains(KeyPath) && HoldsAll(Wanted, KeyPath) &&
+      Profiles.ReadString(Path_, Section, KeyPath, u"") == ValueName)
     return {};
   TError Out{TErrorCode::KeyLostInList, Path_};
   if (TError Error = WasThere ? Storage.Write(Path_, Before) : Storage.Remove(Path_))

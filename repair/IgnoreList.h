@@ -16,8 +16,8 @@ class TIgnoreList {
 public:
   TIgnoreList(TPlatform &Platform, std::u16string Path);
 
-  // One key is there once: a second value of it takes the place of the first. After a
-  // failure the file is what it was before.
+  // One key is there once: a second value of it takes the place of the first. Both
+  // will be found again as they are, or it fails, and the file is what it was before.
   TError Add(std::u16string_view KeyPath, std::u16string_view ValueName);
 
   // Removing what is not there is fine.

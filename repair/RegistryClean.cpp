@@ -39,8 +39,8 @@ void TRegistryClean::CreateFolders() {
 
 // ---- backups ------------------------------------------------------------------------
 
-std::vector<TBackupEntry> TRegistryClean::EnumerateBackups() const {
-  return ListBackups(*Platform_.Storage, Undo_, Paths.BackupFolderPath);
+std::vector<TBackupEntry> TRegistryClean::EnumerateBackups(TError *Error) const {
+  return ListBackups(*Platform_.Storage, Undo_, Paths.BackupFolderPath, Error);
 }
 
 void TRegistryClean::FillBackups(TListRows &Rows) const { FillRows(EnumerateBackups(), Rows); }

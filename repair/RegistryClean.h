@@ -105,7 +105,8 @@ public:
   std::u16string FixStatusText; // what the label shows meanwhile
 
   // ---- backups ----------------------------------------------------------------------
-  std::vector<TBackupEntry> EnumerateBackups() const;
+  // In Error is why they may not be all.
+  std::vector<TBackupEntry> EnumerateBackups(TError *Error = nullptr) const;
   void FillBackups(TListRows &Rows) const;
 
   // Begins to restore the backup of that name and does not wait for the editor. False,

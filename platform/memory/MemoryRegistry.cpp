@@ -25,6 +25,28 @@ struct TStoredValue {
 
 // One key. Handles share it, so that a handle to a deleted key can tell so.
 struct TNode {
+  TNode() = default;
+  TNode(const TNode &) = delete;
+  TNode &operator=(const TNode &) = delete;
+
+  // Frees the keys below one after the other. If each freed its own, a tree of many levels
+  // would need more stack than there is.
+  ~TNode() {
+    std::vector<TNodePtr> Waiting;
+    const auto TakeSubkeys = [&](TNode &Node) {
+      for (auto &[Name, Subkey] : Node.Subkeys)
+        Waiting.push_back(std::move(Subkey));
+      Node.Subkeys.clear();
+    };
+    TakeSubkeys(*this);
+    while (!Waiting.empty()) {
+      const TNodePtr Node = std::move(Waiting.back());
+      Waiting.pop_back();
+      if (Node.use_count() == 1) // else a handle frees it later
+        TakeSubkeys(*Node);
+    }
+  }
+
   bool Gone = false;
   bool Denied = false;
   bool SpellingImplied = false; // no text has named it yet, only a path through it

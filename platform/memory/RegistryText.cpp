@@ -20,6 +20,9 @@ constexpr std::u16string_view KnownRoots[] = {
     u"HKEY_DYN_DATA",     u"HKEY_CURRENT_CONFIG", u"HKEY_PERFORMANCE_DATA",
 };
 
+// Windows makes no deeper keys. The root is the first level.
+constexpr std::ptrdiff_t DeepestLevel = 512;
+
 int HexDigit(char16_t Unit) {
   if (Unit >= u'0' && Unit <= u'9')
     return Unit - u'0';
@@ -123,6 +126,9 @@ private:
       Fail(Line_, u"the key begins with no known root: \"" + std::u16string(Root) + u"\"");
     if (Path.ends_with(u'\\') || Path.find(u"\\\\") != std::u16string_view::npos)
       Fail(Line_, u"the key has a part without a name");
+    if (std::ranges::count(Path, u'\\') >= DeepestLevel)
+      Fail(Line_, u"the key is deeper than " + ToDecimal(DeepestLevel) +
+                      u" levels, which no registry holds");
 
     At_ += Close + 1;
     const std::size_t KeyLine = Line_;
@@ -298,6 +304,9 @@ private:
 std::optional<TTextError> ReadRegistryText(std::string_view Bytes, TRegistryTextReader &Reader) {
   const std::u16string Text =
       Bytes.starts_with("REGEDIT4") ? FromAnsi(Bytes) : DecodeTextFile(Bytes);
+  if (EndsInHalfUnit(Bytes))
+    return TTextError{std::max<std::size_t>(SplitLines(Text).size(), 1),
+                      u"the text is cut: it ends in the middle of a character"};
   try {
     TParser(Text, Reader).Run();
   } catch (const TMalformed &Malformed) {

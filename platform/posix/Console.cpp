@@ -1,5 +1,6 @@
 #include "platform/Console.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <ctime>
@@ -78,6 +79,21 @@ std::optional<std::string> ConsoleReadLine() {
     if (Byte == '\n')
       return Line;
     Line.push_back(Byte);
+  }
+  return std::nullopt;
+}
+
+std::optional<std::string> ConsoleReadAll(std::size_t Most) {
+  std::string Out;
+  for (std::string Part(1u << 16, '\0'); WaitForInput();) {
+    const ssize_t Count = read(STDIN_FILENO, Part.data(), std::min(Part.size(), Most - Out.size()));
+    if (Count < 0 && errno == EINTR)
+      continue;
+    if (Count < 0)
+      break;
+    if (Count == 0)
+      return Out;
+    Out.append(Part, 0, static_cast<std::size_t>(Count));
   }
   return std::nullopt;
 }

@@ -26,7 +26,7 @@ bool WriteAndFlush(int File, std::string_view Bytes) {
       return false;
     Bytes.remove_prefix(static_cast<std::size_t>(Written));
   }
-  return fsync(File) == 0;
+  return fsync(File) == 0 || errno == EINVAL; // a pipe or a device
 }
 
 // A byte that is no UTF-8 becomes U+DC00 and the byte.
@@ -71,6 +71,11 @@ bool IsName(std::u16string_view Path) {
 bool IsReadOnly(const std::string &Path) {
   struct stat Found = {};
   return stat(Path.c_str(), &Found) == 0 && (Found.st_mode & 0222) == 0;
+}
+
+bool IsSpecial(const std::string &Path) {
+  struct stat Found = {};
+  return stat(Path.c_str(), &Found) == 0 && !S_ISREG(Found.st_mode) && !S_ISDIR(Found.st_mode);
 }
 
 } // namespace hivesweep

@@ -35,7 +35,8 @@ private:
   int Number_;
 };
 
-// Writes all bytes and waits until the disk has them. False with an errno.
+// Writes all bytes and waits until the disk has them, where there is one behind the file.
+// False with an errno.
 bool WriteAndFlush(int File, std::string_view Bytes);
 
 // The bytes of a name. PathFromBytes has made half a pair of each byte that is no UTF-8, and
@@ -47,5 +48,9 @@ bool IsName(std::u16string_view Path);
 
 // There is a file of that name, and nobody may write it.
 bool IsReadOnly(const std::string &Path);
+
+// There is something of that name that is neither a regular file nor a folder: a device, a
+// pipe, a socket. Opening it may wait, or do something.
+bool IsSpecial(const std::string &Path);
 
 } // namespace hivesweep

@@ -38,6 +38,8 @@ TError WriteAs(int Open, std::u16string_view Path, std::string_view Bytes) {
   const std::string Name = BytesOfPath(Path);
   if (IsReadOnly(Name))
     return Errno(EACCES);
+  if (IsSpecial(Name))
+    return NoRegularFile();
   TDescriptor File(open(Name.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | Open, 0666));
   const bool Written = File.IsOpen() && WriteAndFlush(File.Get(), Bytes) && File.Close();
   return Written ? TError() : Errno(errno);

@@ -105,6 +105,23 @@ std::optional<std::string> ConsoleReadLine() {
   return ToUtf8(Line);
 }
 
+std::optional<std::string> ConsoleReadAll(std::size_t Most) {
+  std::string Out;
+  for (std::string Part(1u << 16, '\0'); !Interrupted;) {
+    const auto Wanted = static_cast<DWORD>(std::min(Part.size(), Most - Out.size()));
+    DWORD Count = 0;
+    const BOOL Read =
+        ReadFile(GetStdHandle(STD_INPUT_HANDLE), Part.data(), Wanted, &Count, nullptr);
+    // This is how a pipe ends.
+    if (!Read && GetLastError() != ERROR_BROKEN_PIPE)
+      break;
+    if (!Read || Count == 0)
+      return Out;
+    Out.append(Part, 0, Count);
+  }
+  return std::nullopt;
+}
+
 void CatchInterrupt() { SetConsoleCtrlHandler(OnControl, TRUE); }
 
 bool WasInterrupted() { return Interrupted; }

@@ -6,24 +6,69 @@
 
 namespace hivesweep {
 
+namespace {
+
+TFileHandle OpenToWrite(const std::u16string &SystemPath, DWORD Disposition) {
+  return TFileHandle(CreateFileW(Wide(SystemPath), GENERIC_WRITE,
+                                 FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                 Disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+// The path of an open file behind all links. Empty on systems before Vista, which know no
+// links to files.
+std::u16string EndOfLinks(HANDLE File) {
+  using TGetFinalPath = DWORD(WINAPI *)(HANDLE, LPWSTR, DWORD, DWORD);
+  static const auto GetFinalPath =
+      reinterpret_cast<TGetFinalPath>(FindFunction(L"kernel32.dll", "GetFinalPathNameByHandleW"));
+  if (!GetFinalPath)
+    return {};
+  return GrowingText(
+      [&](wchar_t *Units, DWORD Count) { return GetFinalPath(File, Units, Count, 0); });
+}
+
+} // namespace
+
 TError ReadWholeFile(std::u16string_view Path, std::string &Out, std::size_t Limit) {
   Out.clear();
   if (HoldsZero(Path))
     return SystemError(ERROR_INVALID_NAME);
   const TFileHandle File = OpenToRead(SystemPath(AbsolutePath(Path)), 0);
-  return File.IsOpen() && ReadToEnd(File.Get(), Out, Limit) ? TError() : LastError();
+  if (!File.IsOpen())
+    return LastError();
+  const std::optional<std::uint64_t> Size = RegularSize(File.Get());
+  if (!Size)
+    return NoRegularFile();
+  if (*Size > Limit)
+    return FileTooLarge(Limit);
+  if (ReadToEnd(File.Get(), Out, Limit))
+    return {};
+  return GetLastError() == ERROR_FILE_TOO_LARGE ? FileTooLarge(Limit) : LastError();
 }
 
 TError WriteWholeFile(std::u16string_view Path, std::string_view Bytes) {
   if (HoldsZero(Path))
     return SystemError(ERROR_INVALID_NAME);
-  const std::u16string Whole = AbsolutePath(Path);
-  const std::u16string Target = SystemPath(Whole);
-  const DWORD Attributes = GetFileAttributesW(Wide(Target));
-  if (Attributes != INVALID_FILE_ATTRIBUTES &&
-      (Attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0)
+  std::u16string Target = SystemPath(AbsolutePath(Path));
+  // A pipe would take the question for its client.
+  const bool IsDevice = Target.starts_with(u"\\\\.\\");
+  const DWORD Found = IsDevice ? INVALID_FILE_ATTRIBUTES : GetFileAttributesW(Wide(Target));
+  const DWORD Attributes = Found == INVALID_FILE_ATTRIBUTES ? 0 : Found;
+  if ((Attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0)
     return SystemError(ERROR_ACCESS_DENIED);
-  TTemporaryFile Temporary(std::u16string_view(Whole).substr(0, Whole.rfind(u'\\') + 1));
+  const bool IsLink = (Attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  if (TFileHandle There = OpenToWrite(Target, OPEN_EXISTING); There.IsOpen()) {
+    if (!RegularSize(There.Get()))
+      return WriteAll(There.Get(), Bytes) ? TError() : LastError();
+    if (std::u16string End = IsLink ? EndOfLinks(There.Get()) : u""; !End.empty())
+      Target = std::move(End);
+  } else if (IsLink) {
+    if (GetLastError() != ERROR_FILE_NOT_FOUND)
+      return LastError();
+    // It leads to no file yet, so there is nothing that could be lost.
+    const TFileHandle New = OpenToWrite(Target, CREATE_ALWAYS);
+    return New.IsOpen() && WriteAndFlush(New.Get(), Bytes) ? TError() : LastError();
+  }
+  TTemporaryFile Temporary(std::u16string_view(Target).substr(0, Target.rfind(u'\\') + 1));
   if (!Temporary.IsMade() || !WriteAndFlush(Temporary.Get(), Bytes) || !Temporary.RenameTo(Target))
     return LastError();
   return {};

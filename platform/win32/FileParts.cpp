@@ -67,7 +67,17 @@ bool ReadToEnd(HANDLE File, std::string &Out, std::size_t Limit) {
   }
 }
 
-bool WriteAndFlush(HANDLE File, std::string_view Bytes) {
+std::optional<std::uint64_t> RegularSize(HANDLE File) {
+  DWORD High = 0;
+  SetLastError(NO_ERROR);
+  const DWORD Low = GetFileSize(File, &High);
+  const bool HasSize = Low != INVALID_FILE_SIZE || GetLastError() == NO_ERROR;
+  if (GetFileType(File) != FILE_TYPE_DISK || !HasSize)
+    return std::nullopt;
+  return static_cast<std::uint64_t>(High) << 32 | Low;
+}
+
+bool WriteAll(HANDLE File, std::string_view Bytes) {
   while (!Bytes.empty()) {
     const auto Part = static_cast<DWORD>(std::min<std::size_t>(Bytes.size(), 1u << 20));
     DWORD Written = 0;
@@ -75,7 +85,11 @@ bool WriteAndFlush(HANDLE File, std::string_view Bytes) {
       return false;
     Bytes.remove_prefix(Written);
   }
-  return FlushFileBuffers(File) != 0;
+  return true;
+}
+
+bool WriteAndFlush(HANDLE File, std::string_view Bytes) {
+  return WriteAll(File, Bytes) && FlushFileBuffers(File) != 0;
 }
 
 bool RenameOver(const std::u16string &SystemFrom, const std::u16string &SystemTo) {

@@ -1,6 +1,8 @@
 // What the families that read and write whole files share.
 #pragma once
 
+#include <limits>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -26,6 +28,12 @@ TFileHandle OpenToRead(const std::u16string &SystemPath, DWORD Flags);
 // error.
 bool ReadToEnd(HANDLE File, std::string &Out,
                std::size_t Limit = std::numeric_limits<std::size_t>::max());
+
+// The size of a regular file in bytes. Nothing for a device, a pipe or a whole disk.
+std::optional<std::uint64_t> RegularSize(HANDLE File);
+
+// Writes all bytes. False with the system's last error.
+bool WriteAll(HANDLE File, std::string_view Bytes);
 
 // Writes all bytes and waits until the disk has them. False with the system's last error.
 bool WriteAndFlush(HANDLE File, std::string_view Bytes);

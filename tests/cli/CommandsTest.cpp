@@ -1,6 +1,7 @@
 // What the commands answer: exit codes, messages, what reaches which stream.
 #include "tests/cli/LiveMachine.h"
 
+#include <filesystem>
 #include <stdexcept>
 
 namespace hivesweep {
@@ -51,6 +52,18 @@ TEST(CliOptions, WrongUseIsNamedWithWhatWasExpected) {
       {"a machine alone", {"scan", "--machine", "m.ini"}, {"--machine", "--registry"}},
       {"no registry here", {"scan"}, {"--registry"}},
       {"no terminal commands in messages", {"\x1B[31m"}, {"\"\xC2\xB7[31m\""}},
+      {"an option where a text belongs",
+       {"scan", "--area-flags", "--format", "json"},
+       {"--area-flags: its value (TEXT)", "\"--format\""}},
+      {"an option where a name belongs", {"areas", "--output", "--yes"}, {"--output", "\"--yes\""}},
+      {"a version of what", {"--version=x"}, {"--version: takes no value", "\"x\""}},
+      {"help with what", {"scan", "--help=x"}, {"--help: takes no value"}},
+      {"what ends a command for the library", {"areas", "++"}, {"\"++\""}},
+      {"the same in the place of a value", {"ignore", "add", "K", "++"}, {"\"++\""}},
+      {"a zero does not end a message",
+       {std::string("sc\0an", 5)},
+       {"\"sc\xC2\xB7"
+        "an\" is no command"}},
   };
   for (const auto &C : Cases) {
     TTestCli Cli;
@@ -59,6 +72,17 @@ TEST(CliOptions, WrongUseIsNamedWithWhatWasExpected) {
     EXPECT_EQ(std::count(Cli.Console.Error.begin(), Cli.Console.Error.end(), '\n'), 1) << C.Why;
     for (const std::string &Word : C.Named)
       EXPECT_TRUE(Has(Cli.Console.Error, Word)) << C.Why << ": " << Cli.Console.Error;
+  }
+}
+
+TEST(CliOptions, AVeryLongWordIsNotEchoedWhole) {
+  const std::string Long(100'000, 'x');
+  for (const TWords &Arguments : {TWords{Long}, TWords{"areas", "--format", Long},
+                                  TWords{"scan", "--registry", Long}, TWords{"ignore", Long}}) {
+    TTestCli Cli;
+    Cli.Run(Arguments);
+    EXPECT_TRUE(Has(Cli.Console.Error, "xxx\xE2\x80\xA6xxx"));
+    EXPECT_LT(Cli.Console.Error.size(), 2'100u);
   }
 }
 
@@ -111,6 +135,60 @@ TEST(CliFailures, NameTheFileAndTheLine) {
     EXPECT_TRUE(Has(Cli.Console.Error, C.Named)) << C.Why << ": " << Cli.Console.Error;
     EXPECT_EQ(Cli.Console.Output, "") << C.Why;
   }
+}
+
+TEST(CliFailures, WhatCannotBeReadIsNamedAndHasNoDefaults) {
+  static const struct {
+    TWords Arguments;
+    std::u16string_view Name;
+    bool IsFile; // where a folder should be; else the other way round
+  } Cases[] = {{{"areas"}, u"Main.ini", false},
+               {{"ignore", "list"}, u"Ignore.ini", false},
+               {{"backups"}, u"backup", true},
+               {{"delete", "backup1.reg", "--yes"}, u"undo", true}};
+  for (const auto &C : Cases) {
+    TLiveCli Live;
+    if (C.IsFile)
+      Live.Cli.Write(C.Name, "a file");
+    else
+      MakeLocalServices().Storage->CreateFolder(Live.Cli.Scratch.File(C.Name));
+    EXPECT_EQ(Live.Run(C.Arguments), 3) << C.Arguments.front();
+    const std::string &Error = Live.Cli.Console.Error;
+    EXPECT_TRUE(Has(Error, ToUtf8(JoinPath(u"", C.Name))) && !Has(Error, "there is no")) << Error;
+    EXPECT_EQ(Live.Cli.Console.Output, "");
+  }
+}
+
+TEST(CliFailures, ACutOrTooLargeTextIsRefused) {
+  static const struct {
+    TWords Arguments;
+    std::u16string_view Name;
+    std::uintmax_t Limit;
+  } Cases[] = {{{"ignore", "list", "--data-folder", "@."}, u"Ignore.ini", 64},
+               {{"scan", "--registry", "@registry"}, u"registry", 512},
+               {{"fix", "--dry-run", "--plan", "@plan", "--registry", "@"}, u"plan", 512}};
+  for (const auto &C : Cases) {
+    TTestCli Cli;
+    Cli.Write(C.Name, Utf16Bytes(u"\uFEFFWindows Registry Editor Version 5.00\r\n") + "x");
+    EXPECT_EQ(Cli.Run(C.Arguments), 3);
+    std::filesystem::resize_file(Cli.Scratch.File(C.Name), (C.Limit << 20) + 1);
+    EXPECT_EQ(Cli.Run(C.Arguments), 3);
+    for (const std::string &Part : {ToUtf8(C.Name), std::string("in the middle of a character"),
+                                    "larger than " + std::to_string(C.Limit) + " MiB"})
+      EXPECT_TRUE(Has(Cli.Console.Error, Part)) << Cli.Console.Error;
+  }
+}
+
+TEST(CliInput, ADashIsStandardInput) {
+  TTestCli Cli;
+  Cli.WriteRegistry(SmallRegistry);
+  Cli.Console.Input = Cli.Read(u"registry");
+  EXPECT_EQ(Cli.Run({"scan", "--registry", "-", "--format", "json"}), 0) << Cli.Console.Error;
+  Cli.Console.Input = std::exchange(Cli.Console.Output, "");
+  EXPECT_EQ(Cli.Run({"fix", "--dry-run", "--registry", "@registry", "--plan", "-"}), 0);
+  EXPECT_TRUE(Has(Cli.Console.Output, "4 of 4 problems to be fixed")) << Cli.Console.Output;
+  EXPECT_EQ(Cli.Run({"scan", "--registry", "-"}), 3);
+  EXPECT_TRUE(Has(Cli.Console.Error, "standard input:1: ")) << Cli.Console.Error;
 }
 
 TEST(CliFailures, AFullDiskBehindStandardOutputIsToldByEveryCommand) {

@@ -270,7 +270,10 @@ TEST(CliPlan, AMalformedOneIsRefusedWithItsReason) {
       {"", "parse error"},
       {"{\"problems\":[", "parse error"},
       {std::string(3, '\0'), "parse error"},
-      {std::string(100'000, '['), "parse error"},
+      {std::string(100'000, '['), "nested deeper than 100 levels"},
+      {"{\"problems\":[],\"a\":1,\"more\":" + std::string(100'000, '[') +
+           std::string(100'000, ']') + "}",
+       "nested deeper than 100 levels"},
       {"[]", "\"problems\""},
       {"{}", "\"problems\""},
       {"{\"problems\":{}}", "\"problems\""},

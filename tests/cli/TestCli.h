@@ -40,6 +40,7 @@ public:
       OnQuestion();
     return Answer;
   }
+  std::optional<std::string> ReadAll(std::size_t Most) override { return Input.substr(0, Most); }
   void CatchInterrupt() override { Catches = true; }
   bool WasInterrupted() override { return Catches && InterruptAt > 0 && ++Polls >= InterruptAt; }
   std::uint64_t Ticks() override { return ++Now; } // a millisecond from call to call
@@ -51,6 +52,7 @@ public:
   bool ErrorIsTerminal = false;
   bool IsFull = false;     // nothing more can be written to the output
   bool HasAnswers = false; // standard input is a terminal
+  std::string Input;       // what standard input holds, for who reads all of it
   std::optional<std::string> Answer;
   std::function<void()> OnQuestion; // what happens meanwhile
   int Questions = 0;

@@ -1,6 +1,7 @@
 // The families that are real on every system: settings files, clock, console,
 // whole files.
 #include <algorithm>
+#include <filesystem>
 
 #include <gtest/gtest.h>
 
@@ -348,6 +349,18 @@ TEST(DiskFile, WhatCannotBeDoneIsSaidAndChangesNothing) {
                                      Scratch.Path() + std::u16string(u"\0x", 2)})
     EXPECT_NE(CheckFolder(Path), TError()) << ToUtf8(Path);
   SetReadOnly(File, false);
+}
+
+TEST(DiskFile, ALargerOneThanTheLimitIsNotRead) {
+  const TScratchFolder Scratch;
+  const std::u16string File = Scratch.File(u"large");
+  ASSERT_EQ(WriteWholeFile(File, "123456"), TError());
+  std::string Read;
+  EXPECT_EQ(ReadWholeFile(File, Read, 6), TError());
+  EXPECT_EQ(ReadWholeFile(File, Read, 5), FileTooLarge(5));
+  EXPECT_EQ(Read, "");
+  std::filesystem::resize_file(File, LargestInputFile + 1);
+  EXPECT_EQ(ReadWholeFile(File, Read), FileTooLarge(LargestInputFile));
 }
 
 TEST(DiskFile, PathsAreJoinedAndMadeAbsolute) {

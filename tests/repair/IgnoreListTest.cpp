@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "platform/Console.h"
 #include "platform/DiskFile.h"
 #include "tests/repair/TestRepair.h"
 
@@ -11,21 +12,21 @@ TEST(IgnoreList, FindsAgainWhatItTook) {
   static const struct {
     const char *Why;
     std::u16string_view Key;
-    bool Fits;
+    TErrorCode Refused = TErrorCode::None;
   } Cases[] = {
-      {"plain", u"HKEY_CURRENT_USER\\Software\\x", true},
-      {"letters beyond any code page", u"HKEY_CURRENT_USER\\\u0416\u65E5\u00E4", true},
-      {"a comment's sign inside", u"HKEY_CURRENT_USER\\a;b", true},
-      {"brackets", u"HKEY_CURRENT_USER\\[a]b]", true},
-      {"blanks inside", u"HKEY_CURRENT_USER\\a  b", true},
-      {"quotes", u"HKEY_CURRENT_USER\\\"a\"", true},
-      {"an equals sign", u"HKEY_CURRENT_USER\\a=b", false},
-      {"a trailing blank", u"HKEY_CURRENT_USER\\a ", false},
-      {"a leading blank", u" HKEY_CURRENT_USER\\a", false},
-      {"a line break", u"HKEY_CURRENT_USER\\a\nb", false},
-      {"all of a comment", u";HKEY_CURRENT_USER\\a", false},
-      {"a section's header", u"[HKEY_CURRENT_USER\\a,b]", false},
-      {"nothing", u"", false},
+      {"plain", u"HKEY_CURRENT_USER\\Software\\x"},
+      {"letters beyond any code page", u"HKEY_CURRENT_USER\\\u0416\u65E5\u00E4"},
+      {"a comment's sign inside", u"HKEY_CURRENT_USER\\a;b"},
+      {"brackets", u"HKEY_CURRENT_USER\\[a]b]"},
+      {"blanks inside", u"HKEY_CURRENT_USER\\a  b"},
+      {"quotes", u"HKEY_CURRENT_USER\\\"a\""},
+      {"an equals sign", u"HKEY_CURRENT_USER\\a=b", TErrorCode::KeyWithEquals},
+      {"a trailing blank", u"HKEY_CURRENT_USER\\a ", TErrorCode::KeyWithOuterBlanks},
+      {"a leading blank", u" HKEY_CURRENT_USER\\a", TErrorCode::KeyWithOuterBlanks},
+      {"a line break", u"HKEY_CURRENT_USER\\a\nb", TErrorCode::KeyWithBreak},
+      {"all of a comment", u";HKEY_CURRENT_USER\\a", TErrorCode::KeyLikeComment},
+      {"a section's header", u"[HKEY_CURRENT_USER\\a,b]", TErrorCode::KeyLikeSection},
+      {"nothing", u"", TErrorCode::KeyEmpty},
   };
   TPlatform Platform = MakeLocalServices();
   for (const bool Existing : {false, true}) {
@@ -43,12 +44,31 @@ TEST(IgnoreList, FindsAgainWhatItTook) {
       EXPECT_EQ(List.Contains(C.Key), !Error) << C.Why;
       // The letters of a file in the code page are those of the code page.
       const bool ByCodePage = Existing && C.Key.find(u'\u0416') != std::u16string_view::npos;
-      EXPECT_EQ(!Error, ByCodePage ? !Error : C.Fits) << C.Why << ToUtf8(EnglishWords(Error));
+      if (!ByCodePage) {
+        EXPECT_EQ(Error.Code, C.Refused) << C.Why << ": " << ToUtf8(EnglishWords(Error));
+      }
       EXPECT_EQ(After == Before, bool(Error)) << C.Why;
     }
     EXPECT_EQ(List.Contains(u"HKEY_USERS\\old"), Existing);
     EXPECT_FALSE(List.Contains(u"hkey_current_user\\software\\x")) << "letter case counts";
   }
+}
+
+TEST(IgnoreList, KeepsAValuesNameAsItWasGiven) {
+  TPlatform Platform = MakeLocalServices();
+  const TScratchFolder Folder;
+  TIgnoreList List(Platform, Folder.File(u"Ignore.ini"));
+  for (const std::u16string_view Name :
+       {u"", u"  blanks ", u"\t", u"\"quoted\"", u"'quoted'", u"\" \"", u"\"\"", u"\"", u"\"one",
+        u"a=b", u";x", u"[x]", u"\u0416"}) {
+    EXPECT_EQ(List.Add(u"HKEY_USERS\\k", Name), TError()) << ToUtf8(Name);
+    TTestRows Rows;
+    List.Fill(Rows);
+    EXPECT_EQ(Rows.Rows.back(), u"HKEY_USERS\\k|" + std::u16string(Name));
+  }
+  // In a code page the letter would become another one.
+  ASSERT_EQ(WriteWholeFile(Folder.File(u"Ignore.ini"), "[Registry]\r\n\xE4=1\r\n"), TError());
+  EXPECT_EQ(List.Add(u"HKEY_USERS\\k", u"\u0416").Code, TErrorCode::KeyLostInList);
 }
 
 TEST(IgnoreList, HasEachKeyOnceAndShowsIt) {
@@ -70,6 +90,21 @@ TEST(IgnoreList, HasEachKeyOnceAndShowsIt) {
   SetReadOnly(Folder.File(u"Ignore.ini"), true);
   EXPECT_EQ(List.Remove(u"HKEY_USERS\\a"), TError());
   EXPECT_FALSE(List.Contains(u"HKEY_USERS\\a"));
+}
+
+TEST(IgnoreList, ALongOneIsReadOnceAndNotForEachKey) {
+  const TScratchFolder Folder;
+  TPlatform Platform = MakeLocalServices();
+  std::string Bytes = "[Registry]\r\n";
+  for (int Key = 0; Key < 10'000; ++Key)
+    Bytes += "HKEY_USERS\\" + std::to_string(Key) + " = \" v\"\r\n";
+  ASSERT_EQ(WriteWholeFile(Folder.File(u"Ignore.ini"), Bytes + "hkey_users\\1=w\r\n"), TError());
+  TTestRows Rows;
+  const std::uint64_t Before = MillisecondTicks();
+  TIgnoreList(Platform, Folder.File(u"Ignore.ini")).Fill(Rows);
+  EXPECT_LT(MillisecondTicks() - Before, 10'000u);
+  ASSERT_EQ(Rows.Rows.size(), 10'001u);
+  EXPECT_EQ(Rows.Rows.back(), u"hkey_users\\1| v") << "the first line of a name counts";
 }
 
 } // namespace

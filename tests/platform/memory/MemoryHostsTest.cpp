@@ -131,6 +131,31 @@ TEST(RegistryText, MalformedLinesAreNamedAndChangeNothing) {
   }
 }
 
+TEST(RegistryText, AKeyMayBeAsDeepAsWindowsHasThem) {
+  const auto Text = [](std::size_t Levels) {
+    std::string Out = std::string(Header) + "[HKEY_CURRENT_USER";
+    for (std::size_t Level = 1; Level < Levels; ++Level)
+      Out += "\\k";
+    return Out + "]";
+  };
+  TMemoryRegistry Registry;
+  EXPECT_FALSE(Registry.LoadText(Text(512)));
+  for (const std::size_t Levels : {513, 12'000})
+    EXPECT_EQ(Registry.LoadText(Text(Levels)).value_or(TTextError()).Line, 2u) << Levels;
+}
+
+TEST(MemoryRegistry, FreesATreeOfAnyDepth) {
+  std::u16string Path = u"k";
+  for (int Level = 1; Level < 100'000; ++Level)
+    Path += u"\\k";
+  TMemoryRegistry Registry;
+  const auto User = Registry.Open(TRegRoot::CurrentUser, u"", TRegAccess::Full).Key;
+  const auto Deepest = User->Create(Path).Key; // is still open when the rest is freed
+  ASSERT_TRUE(Deepest);
+  EXPECT_EQ(User->DeleteTree(u"k"), TRegStatus::Ok);
+  EXPECT_TRUE(User->Create(Path).Created);
+}
+
 TEST(RegistryText, CutAnywhereIsReadOrRefusedButNeverFatal) {
   const std::string Whole =
       std::string(Header) +

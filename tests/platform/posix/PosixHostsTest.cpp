@@ -2,6 +2,7 @@
 #include <csignal>
 #include <cstdlib>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -57,6 +58,49 @@ TEST(PosixHosts, AFileThatDoesNotFitLeavesTheOldOneAndNothingElse) {
   struct stat Found = {};
   ASSERT_EQ(stat(ToUtf8(File).c_str(), &Found), 0);
   EXPECT_EQ(Found.st_mode & 0777, 0640u) << "the new one may be read by others than the old one";
+}
+
+// What the path itself is, where it is a link as well.
+mode_t KindOf(const std::u16string &Path) {
+  struct stat Found = {};
+  return lstat(ToUtf8(Path).c_str(), &Found) == 0 ? Found.st_mode & S_IFMT : 0;
+}
+
+TEST(PosixHosts, LinksAndPipesAndDevicesAreWrittenAndNeverReplaced) {
+  static const struct {
+    const char *Name;
+    const char *Target; // null: a pipe
+    bool Written;
+    const char *Content; // the file that has it then; null: there is none to be read
+  } Cases[] = {{"there", "target", true, "target"}, {"chain", "there", true, "target"},
+               {"dangling", "new", true, "new"},    {"null", "/dev/null", true, nullptr},
+               {"pipe", nullptr, true, nullptr},    {"circle", "circle", false, nullptr}};
+  const TScratchFolder Scratch;
+  const TPlatform Platform = MakeLocalServices();
+  ASSERT_EQ(WriteWholeFile(Scratch.File(u"target"), "old"), TError());
+  for (const auto &C : Cases) {
+    SCOPED_TRACE(C.Name);
+    const std::u16string File = Scratch.File(FromUtf8(C.Name));
+    const std::string Name = ToUtf8(File);
+    ASSERT_EQ(C.Target ? symlink(C.Target, Name.c_str()) : mkfifo(Name.c_str(), 0600), 0);
+    const mode_t Kind = KindOf(File);
+    const int Reader = C.Target ? -1 : open(Name.c_str(), O_RDONLY | O_NONBLOCK);
+    EXPECT_EQ(WriteWholeFile(File, C.Name) == TError(), C.Written);
+    std::string Read(4, '\0');
+    if (C.Content) {
+      EXPECT_EQ(ReadWholeFile(Scratch.File(FromUtf8(C.Content)), Read), TError());
+      EXPECT_EQ(Read, C.Name);
+    } else if (C.Written) {
+      EXPECT_EQ(C.Target ? 4 : read(Reader, Read.data(), Read.size()), 4);
+      EXPECT_EQ(ReadWholeFile(File, Read), NoRegularFile());
+      EXPECT_EQ(Platform.Storage->Write(File, "x"), NoRegularFile());
+    }
+    const TIniChange Change = {u"a", u"1"};
+    EXPECT_EQ(!Platform.Profiles->WriteSection(File, u"S", {&Change, 1}), C.Content != nullptr);
+    EXPECT_EQ(KindOf(File), Kind) << "it was replaced";
+    close(Reader);
+  }
+  EXPECT_EQ(KindOf(u"/dev/null"), mode_t{S_IFCHR});
 }
 
 TEST(PosixHosts, OfASettingsFileOnlyTheOneTextChanges) {

@@ -91,6 +91,20 @@ TEST_F(Win32Hosts, AFileThatIsHeldOrHiddenIsThere) {
   EXPECT_EQ(Scratch.Count(), 1u) << "another file was left behind";
 }
 
+TEST_F(Win32Hosts, PipesAndDevicesAreWrittenAndNotRead) {
+  const std::u16string Name = u"\\\\.\\pipe\\hivesweep-test-" + ToDecimal(GetCurrentProcessId());
+  const TFileHandle Pipe(
+      CreateNamedPipeW(Wide(Name), PIPE_ACCESS_INBOUND, PIPE_TYPE_BYTE, 1, 0, 1000, 0, nullptr));
+  ASSERT_TRUE(Pipe.IsOpen());
+  EXPECT_EQ(WriteWholeFile(Name, "words"), TError());
+  std::string Read(5, '\0');
+  DWORD Count = 0;
+  EXPECT_TRUE(ReadFile(Pipe.Get(), Read.data(), 5, &Count, nullptr));
+  EXPECT_EQ(Read, "words");
+  EXPECT_EQ(WriteWholeFile(u"NUL", "x"), TError());
+  EXPECT_EQ(ReadWholeFile(u"NUL", Read), NoRegularFile());
+}
+
 // Another program holds the settings.
 TEST_F(Win32Hosts, ASettingsFileThatIsHeldIsLeftAsItIs) {
   const TScratchFolder Folder;
