@@ -107,6 +107,10 @@ TError TPosixStorage::Read(std::u16string_view Path, std::string &Out) {
 TError TPosixStorage::ReadFront(std::u16string_view Path, std::size_t Size, std::string &Out) {
   Out.assign(Size, '\0');
   std::size_t Count = 0;
+  if (IsName(Path) && IsSpecial(BytesOfPath(Path))) {
+    Out.clear();
+    return NoRegularFile();
+  }
   const TDescriptor File(IsName(Path) ? open(BytesOfPath(Path).c_str(), O_RDONLY | O_CLOEXEC) : -1);
   ssize_t Part = File.IsOpen() ? 1 : -1;
   while (Part > 0 && Count < Size) {
