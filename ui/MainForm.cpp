@@ -74,6 +74,8 @@ void Tfrm_main::FormShow(TComponent &) {
   List_.FitLastColumn();
   Pane_.NameEntries();
   ShowCategory(SummaryCategory, true);
+  if (const std::vector<TError> Interrupted = Clean_.InterruptedRestores(); !Interrupted.empty())
+    SetWelcome(Bench_.Language.Words(Interrupted.front()) + u".");
   GiveFocus(List_);
 }
 

@@ -5,6 +5,7 @@
 #include "controls/MenuItem.h"
 #include "controls/Panel.h"
 #include "controls/Win32.h"
+#include "repair/UndoStore.h"
 #include "tests/controls/User.h"
 #include "tests/ui/window/TestWindow.h"
 #include "ui/MainForm.h"
@@ -134,6 +135,25 @@ TEST_F(MainWindow, StartsWithTheSummary) {
     Choose(Entry);
   EXPECT_EQ(Started, TTexts{});
   EXPECT_EQ(Panel(1), u"0 problems selected for fixing");
+}
+
+TEST_F(MainWindow, TellsAtItsStartOfARestoreThatWasBrokenOff) {
+  const TTestData Data(Bench.Platform);
+  TUndoRecord Record;
+  Record.Kind = TUndoKind::Restore;
+  Record.ViewBits = ThisView();
+  Record.Finished = false;
+  Record.Goal.emplace().BackupName = u"backup1.reg";
+  TUndoFile File;
+  ASSERT_EQ(
+      TUndoStore(*Bench.Platform.Storage, Data.Paths.UndoFolderPath, Data.Paths.BackupFolderPath)
+          .Save(Record, u"backup2.reg", File),
+      TError());
+  Tfrm_main Again(Look, Bench);
+  Again.Show();
+  EXPECT_TRUE(Again.Find<TControl>(u"Lab_welcome")
+                  .Text()
+                  .starts_with(u"the restore of backup1.reg was interrupted"));
 }
 
 TEST_F(MainWindow, EachMemberOfACategorysFamilyShowsIt) {
