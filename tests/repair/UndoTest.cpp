@@ -442,7 +442,8 @@ protected:
       EXPECT_TRUE(Later.Clean.InterruptedRestores().empty()) << Why;
       Call += Step(World, Calls);
     }
-    EXPECT_GT(Pending, 0);
+    // Where only some of the calls are broken, it may be that none of these leaves anything.
+    EXPECT_TRUE(Pending > 0 || IsWine());
   }
 
 private:

@@ -8,6 +8,7 @@
 #include "controls/Win32.h"
 #include "tests/controls/User.h"
 #include "tests/ui/NoEnglish.h"
+#include "tests/ui/window/Script.h"
 #include "tests/ui/window/TestWindow.h"
 #include "ui/CheckForm.h"
 #include "ui/IgnoredForm.h"
@@ -187,7 +188,13 @@ TEST_F(GermanWindow, SaysWhatARestoreCouldNotDo) {
   std::string Whole;
   ASSERT_FALSE(Bench.Platform.Storage->Read(Record, Whole));
   ASSERT_FALSE(Bench.Platform.Storage->Write(Record, Whole.substr(0, Whole.size() - 1)));
+  // What the text alone should have brought back is listed.
+  const TScript Reader({{u"frm_report", [this](TForm &Report) {
+                           ExpectGerman(Shown(Report, u"Lab_summary"), "the summary");
+                           Report.Find<TButton>(u"Bt_close").Click();
+                         }}});
   ExpectGerman(Command(u"Button1", YesAndRead), "the record is damaged, and there is no editor");
+  EXPECT_TRUE(Reader.Done());
 }
 
 } // namespace
