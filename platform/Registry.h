@@ -164,10 +164,9 @@ public:
 
   // Opens the key at Path, below this one, with full access; makes it when it is not
   // there, with all its missing parents. Only a key that is made takes the class name,
-  // the access list (of Security; not the owner), the label, and the nature of a link or of
-  // a volatile key from Info; a parent that is made has none of them. An access list or a
-  // label that the system does not let the user set is left out. A path that IsNewKeyPath refuses
-  // is Failed.
+  // security, the label, and the nature of a link or of a volatile key from Info; a parent that
+  // is made has none of them. Of owner, group, access list and label, what the system does not
+  // let the user set is left out. A path that IsNewKeyPath refuses is Failed.
   virtual TRegOpened Create(std::u16string_view Path, const TRegKeyInfo &Info = {}) = 0;
 
   virtual TRegStatus ReadInfo(TRegKeyInfo &Out) = 0;

@@ -181,7 +181,8 @@ private:
         Tell(Path, Name);
     if (Now.Info.ClassName != Wanted.Info.ClassName)
       Tell(Path, u"", TPutPart::ClassName);
-    if (!SameSecurity(Now.Info.Security, Wanted.Info.Security))
+    if (Now.Info.Label != Wanted.Info.Label ||
+        !SameSecurity(Now.Info.Security, Wanted.Info.Security))
       Tell(Path, u"", TPutPart::Security);
   }
 

@@ -248,6 +248,7 @@ bool SameSecurity(std::span<const std::byte> Left, std::span<const std::byte> Ri
 
 bool SameInfo(const TRegKeyInfo &Left, const TRegKeyInfo &Right) {
   return Left.ClassName == Right.ClassName && Left.IsLink == Right.IsLink &&
+         Left.Volatile == Right.Volatile && Left.Label == Right.Label &&
          SameSecurity(Left.Security, Right.Security);
 }
 

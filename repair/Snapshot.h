@@ -73,7 +73,7 @@ bool HasKeyBelow(const TSavedKeys &Keys, const TKeyPlace &Place);
 // and in which order, is the system's own affair.
 bool SameSecurity(std::span<const std::byte> Left, std::span<const std::byte> Right);
 
-// Class name, security, and whether it is a link.
+// All that a key is, but for what SameSecurity leaves out.
 bool SameInfo(const TRegKeyInfo &Left, const TRegKeyInfo &Right);
 
 // What a snapshot looks at: the keys by themselves, those with all below them, and files.

@@ -72,6 +72,46 @@ SECURITY_DESCRIPTOR_CONTROL ControlWith(SECURITY_DESCRIPTOR_CONTROL Control,
   return static_cast<SECURITY_DESCRIPTOR_CONTROL>(Out);
 }
 
+// A copy of the security identifier at that place; empty when there is none.
+std::vector<std::byte> IdentifierAt(std::span<const std::byte> Security, std::size_t At) {
+  constexpr std::size_t HeadSize = 8;
+  if (At == 0 || At > Security.size() || Security.size() - At < HeadSize)
+    return {};
+  const auto Parts = std::to_integer<std::size_t>(Security[At + 1]);
+  const std::size_t Size = HeadSize + 4 * Parts;
+  if (Security[At] != std::byte{SID_REVISION} || Parts > SID_MAX_SUB_AUTHORITIES ||
+      Size > Security.size() - At)
+    return {};
+  const auto First = Security.begin() + static_cast<std::ptrdiff_t>(At);
+  return {First, First + static_cast<std::ptrdiff_t>(Size)};
+}
+
+// While it lives, an administrator may give a key to somebody else.
+class TRestorePrivilege {
+public:
+  TRestorePrivilege() {
+    TOKEN_PRIVILEGES Wanted = {1, {{{SeRestore, 0}, SE_PRIVILEGE_ENABLED}}};
+    DWORD Size = sizeof Before_;
+    if (!OpenProcessToken(GetCurrentProcess(), TOKEN_ADJUST_PRIVILEGES | TOKEN_QUERY, &Token_))
+      Token_ = nullptr;
+    else if (!AdjustTokenPrivileges(Token_, FALSE, &Wanted, sizeof Before_, &Before_, &Size))
+      Before_.PrivilegeCount = 0;
+  }
+  TRestorePrivilege(const TRestorePrivilege &) = delete;
+  TRestorePrivilege &operator=(const TRestorePrivilege &) = delete;
+  ~TRestorePrivilege() {
+    if (Token_ && Before_.PrivilegeCount != 0)
+      AdjustTokenPrivileges(Token_, FALSE, &Before_, 0, nullptr, nullptr);
+    if (Token_)
+      CloseHandle(Token_);
+  }
+
+private:
+  static constexpr DWORD SeRestore = 18; // the same number on every system
+  HANDLE Token_ = nullptr;
+  TOKEN_PRIVILEGES Before_ = {};
+};
+
 } // namespace
 
 LONG ReadKeySecurity(HKEY Key, std::vector<std::byte> &Out) {
@@ -110,6 +150,23 @@ void SetKeyAccessList(HKEY Key, std::span<const std::byte> Security) {
   Descriptor.Control = ControlWith(Descriptor.Control, List->Control, SE_DACL_PROTECTED,
                                    SE_DACL_AUTO_INHERITED, SE_DACL_AUTO_INHERIT_REQ);
   RegSetKeySecurity(Key, DACL_SECURITY_INFORMATION, &Descriptor);
+}
+
+void SetKeyOwner(HKEY Key, std::span<const std::byte> Security) {
+  SECURITY_DESCRIPTOR_RELATIVE Head = {};
+  if (Security.size() < sizeof Head)
+    return;
+  std::memcpy(&Head, Security.data(), sizeof Head);
+  const TRestorePrivilege Privilege;
+  for (const SECURITY_INFORMATION Part : {OWNER_SECURITY_INFORMATION, GROUP_SECURITY_INFORMATION}) {
+    const bool IsOwner = Part == OWNER_SECURITY_INFORMATION;
+    std::vector<std::byte> Id = IdentifierAt(Security, IsOwner ? Head.Owner : Head.Group);
+    SECURITY_DESCRIPTOR Descriptor = {};
+    if (Id.empty() || !InitializeSecurityDescriptor(&Descriptor, SECURITY_DESCRIPTOR_REVISION))
+      continue;
+    (IsOwner ? Descriptor.Owner : Descriptor.Group) = Id.data();
+    RegSetKeySecurity(Key, Part, &Descriptor);
+  }
 }
 
 } // namespace hivesweep

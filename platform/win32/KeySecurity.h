@@ -24,4 +24,8 @@ LONG SetKeyLabel(HKEY Key, std::span<const std::byte> Label);
 // user may; the key's handle must have WRITE_DAC. The bytes may come from anywhere.
 void SetKeyAccessList(HKEY Key, std::span<const std::byte> Security);
 
+// Gives the key the descriptor's owner and group, those of them that the user may give: an
+// administrator may give any. The key's handle must have WRITE_OWNER.
+void SetKeyOwner(HKEY Key, std::span<const std::byte> Security);
+
 } // namespace hivesweep

@@ -504,10 +504,15 @@ private:
       return {StatusOf(Error), nullptr};
     // By a handle of its own: the right that it needs would keep the user out of many a
     // key that is there already.
+    TKeyHandle Giver; // first, as the list may take the right away
+    if (Created && !Info.Security.empty())
+      Giver.Open(Made.Get(), u"", REG_OPTION_OPEN_LINK, WRITE_OWNER);
     TKeyHandle Owned;
     if (Created && !Info.Security.empty() &&
         Owned.Open(Made.Get(), u"", REG_OPTION_OPEN_LINK, WRITE_DAC) == ERROR_SUCCESS)
       SetKeyAccessList(Owned.Get(), Info.Security);
+    if (Created && !Info.Security.empty() && Giver.Get())
+      SetKeyOwner(Giver.Get(), Info.Security);
     if (Created && !Info.Label.empty())
       SetLabel(Made.Get(), Info.Label);
     return {TRegStatus::Ok, KeyBelow(std::move(Made), Path, Created && Info.IsLink), Created};
