@@ -103,6 +103,7 @@ std::int32_t TScanRegistry::RunScan(TWindowHandle Window, std::u16string_view Ar
   Disk_.Forget();
   UnreadSettings_.clear();
   Filter_ = std::make_unique<TExclusionFilter>(ReadSettings(u"Registry"), IgnoreFile_, IsWow64);
+  IsIgnored(u""); // a list that can't be read is told of even when nothing is found
   const std::array<bool, AreaCount> Enabled = ReadAreaFlags(AreaFlags);
 
   ProgressBar.SetPosition(0);
