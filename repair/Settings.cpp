@@ -52,7 +52,15 @@ bool TSettings::Write(std::u16string_view Section, std::span<const TIniChange> C
   if (Path_.empty())
     return false;
   Platform_.Storage->MakeWritable(Path_);
-  return !Platform_.Profiles->WriteSection(Path_, Section, Changes);
+  // Another program may just be writing the file.
+  constexpr int Tries = 10;
+  constexpr std::uint32_t PauseBetween = 30; // milliseconds
+  for (int Try = 1; Platform_.Profiles->WriteSection(Path_, Section, Changes); ++Try) {
+    if (Try == Tries)
+      return false;
+    Platform_.Clock->Pause(PauseBetween);
+  }
+  return true;
 }
 
 bool TSettings::WriteAreaSwitches(const TAreaSwitches &Switches) {

@@ -245,7 +245,12 @@ void Tfrm_rescue::Timer1Timer(TComponent &) {
 void Tfrm_rescue::RestoreEnded() {
   Restoring_ = false;
   Timer_.SetEnabled(false);
-  ShowFailure(LanguageText(u"RestoreFailed"), FailureOf(Bench_.Language, Clean_->RestoreReport()));
+  const TRestoreReport &Report = Clean_->RestoreReport();
+  ShowFailure(LanguageText(u"RestoreFailed"), FailureOf(Bench_.Language, Report));
+  if (!Failure_.Visible() && !Report.Remarks.empty()) {
+    Failure_.SetText(Bench_.Language.Words(Report.Remarks.front()) + u".");
+    Failure_.SetVisible(true);
+  }
   FillList(SelectedEntry()); // what undoes the restore is one of them now
   UpdateButtons();
   TellNotRestored();
