@@ -123,7 +123,7 @@ TEST(UndoFormat, ReadsTheFirstVersion) {
   Record.Marks.MarkValue(Place(u"A"), u"other", TUndoMark::Named);
   std::string Body = EncodeUndoRecord(Record).substr(BodyAt + 8); // no number,
   Body.pop_back();                                                // no goal,
-  const std::string Security("\2\0\0\0\1\0\1", 7);               // and the mark of a link
+  const std::string Security("\2\0\0\0\1\0\1", 7);                // and the mark of a link
   Body.erase(Body.find(Security) + Security.size(), 1 + 4 + 1);   // no volatility, no label
   TError Why;
   const auto Read = DecodeUndoRecord(FileOf(1, Body), Why);
